@@ -1,0 +1,98 @@
+/* guicommon.cpp - helpers that every source unit of the library shares. */
+#include "guicommon.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace xc {
+
+uint32_t pool() {
+    static const uint32_t id = MemGetDefaultPoolId();
+    return id;
+}
+
+namespace {
+
+/* Component names are padded with blanks to 11 characters. */
+void traceV(const char *component, int32_t msgNo, int32_t sub, int32_t level,
+            const char *format, va_list args) {
+    char padded[12];
+    std::snprintf(padded, sizeof padded, "%-11.11s", component);
+    TraceMessageVa(padded, msgNo, sub, level, format, args);
+}
+
+} // namespace
+
+void trace(int32_t msgNo, int32_t level, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    traceV("GUI", msgNo, 0, level, format, args);
+    va_end(args);
+}
+
+void traceSub(int32_t msgNo, int32_t sub, int32_t level, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    traceV("GUI", msgNo, sub, level, format, args);
+    va_end(args);
+}
+
+void traceAs(const char *component, int32_t msgNo, int32_t level, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    traceV(component, msgNo, 0, level, format, args);
+    va_end(args);
+}
+
+XmStr::XmStr(const char *text)
+    : str_(text ? XmStringCreateLtoR(const_cast<char *>(text),
+                                     const_cast<char *>(XmSTRING_DEFAULT_CHARSET))
+                : nullptr) {}
+
+XmStr::~XmStr() {
+    if (str_) XmStringFree(str_);
+}
+
+XmText::XmText(XmString s) {
+    if (s && !XmStringGetLtoR(s, const_cast<char *>(XmSTRING_DEFAULT_CHARSET), &text_))
+        text_ = nullptr;
+}
+
+XmText::~XmText() {
+    if (text_) XtFree(text_);
+}
+
+void mapWidget(Widget w) {
+    if (w == nullptr) return;
+    if (XtIsRealized(w) && XtWindow(w) != 0)
+        XMapWindow(XtDisplay(w), XtWindow(w));
+    else
+        XtSetMappedWhenManaged(w, True);
+}
+
+void unmapWidget(Widget w) {
+    if (w == nullptr) return;
+    if (XtIsRealized(w) && XtWindow(w) != 0)
+        XUnmapWindow(XtDisplay(w), XtWindow(w));
+    else
+        XtSetMappedWhenManaged(w, False);
+}
+
+void raiseWidget(Widget w) {
+    if (w != nullptr && XtIsRealized(w) && XtWindow(w) != 0)
+        XRaiseWindow(XtDisplay(w), XtWindow(w));
+}
+
+void setColourByName(Widget w, const char *resource, const char *colour) {
+    if (w == nullptr || colour == nullptr) return;
+    XtVaSetValues(w, XtVaTypedArg, resource, XmRString, colour,
+                  static_cast<int>(std::strlen(colour) + 1), nullptr);
+}
+
+void storeHandle(void **slot, void *h) {
+    void *old = *slot;
+    *slot = ObjIncRefCount(h) ? h : nullptr;
+    ObjReleaseInternal(&old);
+}
+
+} // namespace xc

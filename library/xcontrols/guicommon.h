@@ -1,0 +1,76 @@
+/* guicommon.h - helpers that every source unit of the library shares (private). */
+#ifndef XC_GUICOMMON_H
+#define XC_GUICOMMON_H
+
+#include <cstdarg>
+#include <cstdint>
+#include <Xm/Xm.h>
+#include "kx.h"
+
+namespace xc {
+
+/* The base runtime's default pool, asked once and kept. */
+uint32_t pool();
+
+/* Trace through the base runtime under the component "GUI" padded to 11 characters
+** (traceAs names another component, such as "GUIPWD"). */
+void trace(int32_t msgNo, int32_t level, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
+void traceSub(int32_t msgNo, int32_t sub, int32_t level, const char *format, ...)
+    __attribute__((format(printf, 4, 5)));
+void traceAs(const char *component, int32_t msgNo, int32_t level, const char *format, ...)
+    __attribute__((format(printf, 4, 5)));
+
+/* A compound string made with XmStringCreateLtoR in the default character set, freed
+** when the guard goes. A null text gives a null string. */
+class XmStr {
+public:
+    explicit XmStr(const char *text);
+    ~XmStr();
+    XmStr(const XmStr &) = delete;
+    XmStr &operator=(const XmStr &) = delete;
+    operator XmString() const { return str_; }
+private:
+    XmString str_;
+};
+
+/* Plain text of a compound string (XmStringGetLtoR, default character set), freed with
+** XtFree by the guard. */
+class XmText {
+public:
+    explicit XmText(XmString s);
+    ~XmText();
+    XmText(const XmText &) = delete;
+    XmText &operator=(const XmText &) = delete;
+    const char *get() const { return text_; }
+private:
+    char *text_ = nullptr;
+};
+
+/* Window operations that never reach Xlib with a window that does not exist. While a
+** widget is unrealized, mapping and unmapping set XtNmappedWhenManaged instead, so that
+** Xt maps (or leaves unmapped) the window when the widget is realized. */
+void mapWidget(Widget w);
+void unmapWidget(Widget w);
+void raiseWidget(Widget w);
+
+/* Sets a colour resource from a colour name, through XtVaTypedArg. */
+void setColourByName(Widget w, const char *resource, const char *colour);
+
+/* A typed view of a base-runtime object: null unless `h` is a live object with the tag
+** (tag 0: any tag) whose signature begins with `layout`. */
+template <typename T>
+T *objectAs(void *h, uint32_t tag, const char *layout) {
+    if (h == nullptr) return nullptr;
+    if (tag != 0 && !ObjIsA(h, tag)) return nullptr;
+    if (layout != nullptr && !ObjHasLayout(h, layout)) return nullptr;
+    return static_cast<T *>(h);
+}
+
+/* Replaces the object handle stored at `slot` by `h`: takes a reference on `h` (null
+** when that fails), then releases the old one. */
+void storeHandle(void **slot, void *h);
+
+} // namespace xc
+
+#endif

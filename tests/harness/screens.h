@@ -1,0 +1,75 @@
+/* screens.h - building screen definition trees in tests, as a client would. */
+#ifndef XC_TEST_SCREENS_H
+#define XC_TEST_SCREENS_H
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <memory>
+
+#include "guiscreendef.h"
+#include "kx.h"
+
+namespace xt {
+
+/* A new item data object; the caller owns its one reference. */
+void *newObject(uint32_t tag, const char *signature, uint32_t size);
+template <typename T>
+T *newData(uint32_t tag, const char *signature) {
+    return static_cast<T *>(newObject(tag, signature, sizeof(T)));
+}
+/* A pool copy of a text, for 's' fields. */
+char *poolText(const char *text);
+
+/* Item data of the common types (one reference each, for Screen::add to take over). */
+void *labelData(const char *text);
+void *groupBoxData(const char *title);
+void *rowColData(int32_t columns);
+
+/* A screen definition tree that a test builds and that is released when the object
+** goes, unless the test released it (GuiFreeScreenDefAndWidgets(tree slot)). */
+class Screen {
+public:
+    Screen();
+    ~Screen();
+    Screen(const Screen &) = delete;
+    Screen &operator=(const Screen &) = delete;
+
+    void *tree() const { return tree_; }
+    void **slot() { return &tree_; }
+
+    /* Appends an item under `parentNode` (null: top level) and returns its node. The
+    ** item takes over the caller's reference on `itemData`. */
+    void *add(void *parentNode, uint32_t type, int32_t id, void *itemData = nullptr);
+
+    /* First node/item with the id in pre-order; null when there is none. */
+    void *node(int32_t id) const;
+    ScreenItem *item(int32_t id) const;
+
+    /* Sets one side's attachment of an item (the array is made on first use); a side
+    ** given as null stays null. */
+    void attach(int32_t id, int side, int32_t kind, int32_t position, int32_t refId,
+                int32_t offset);
+    /* Gives the item an attachments array of four null sides. */
+    void attachNone(int32_t id);
+    void addAction(int32_t id, int32_t targetId, int32_t kind);
+
+private:
+    void *tree_ = nullptr;
+    std::deque<ScreenAttachment> sides_;
+    std::deque<std::array<ScreenAttachment *, 4>> arrays_;
+};
+
+/* Finds a node by id in any tree (pre-order, first match). */
+void *findNode(void *tree, int32_t id);
+ScreenItem *itemOf(void *node);
+
+/* The widget of the first (outer) or last (value) widget record of an item. */
+Widget outerWidget(const ScreenItem *item);
+Widget valueWidget(const ScreenItem *item);
+GuiWidgetRecord *lastRecord(const ScreenItem *item);
+int32_t widgetCount(const ScreenItem *item);
+
+} // namespace xt
+
+#endif
