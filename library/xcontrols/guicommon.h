@@ -4,6 +4,8 @@
 
 #include <cstdarg>
 #include <cstdint>
+#include <new>
+#include <vector>
 #include <Xm/Xm.h>
 #include "kx.h"
 
@@ -70,6 +72,29 @@ T *objectAs(void *h, uint32_t tag, const char *layout) {
 /* Replaces the object handle stored at `slot` by `h`: takes a reference on `h` (null
 ** when that fails), then releases the old one. */
 void storeHandle(void **slot, void *h);
+
+/* A standard allocator on the default pool, so that the library's containers are in the
+** pool accounting too. */
+template <typename T>
+struct PoolAllocator {
+    using value_type = T;
+    PoolAllocator() = default;
+    template <typename U>
+    PoolAllocator(const PoolAllocator<U> &) {}
+    T *allocate(std::size_t n) {
+        void *p = MemAllocateFromPool(n * sizeof(T), pool());
+        if (p == nullptr) throw std::bad_alloc();
+        return static_cast<T *>(p);
+    }
+    void deallocate(T *p, std::size_t) { MemFreeInternal(&p); }
+    template <typename U>
+    bool operator==(const PoolAllocator<U> &) const { return true; }
+    template <typename U>
+    bool operator!=(const PoolAllocator<U> &) const { return false; }
+};
+
+template <typename T>
+using PoolVector = std::vector<T, PoolAllocator<T>>;
 
 } // namespace xc
 
