@@ -1,0 +1,62 @@
+/* kxprivate.h - what the runtime's own units share: the block registry and object classes. */
+#ifndef KX_PRIVATE_H
+#define KX_PRIVATE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace kx {
+
+/* What a registered address is: a plain pool block, or the data of an object (whose
+** header lies in front of it, in the same allocation). */
+enum class BlockKind : uint8_t { Plain, Object };
+
+/* Allocates `headerSize + size` bytes for pool `poolId` and registers the address
+** `base + headerSize` as a live block of `kind` accounted with `size` bytes. Returns
+** that address, or null (unknown pool, no memory). */
+void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind kind);
+
+/* True when `p` is a registered live block of `kind`. Never dereferences `p`. */
+bool isLiveBlock(const void *p, BlockKind kind);
+
+/* Unregisters the block `p` of `kind` (allocated with `headerSize`) and frees it.
+** False, and nothing happens, when `p` is not such a live block. */
+bool freeBlock(const void *p, size_t headerSize, BlockKind kind);
+
+/* Behaviour that the runtime attaches to its own objects (lists, trees, nodes): run
+** when the last reference goes, before the signature's fields are released. */
+struct ObjClass {
+    void (*finalize)(void *data);
+};
+
+/* Creates an object like ObjCreateInternal, marked with `cls` (may be null). */
+int createObject(void *phObj, uint32_t dataSize, uint32_t tag, const char *signature,
+                 int32_t reserved, uint32_t poolId, const ObjClass *cls);
+
+/* The pool that the object `h` came from; `h` must be a live object. */
+uint32_t objectPool(const void *h);
+
+/* The data of `h` when it is a live object of class `cls` carrying `tag`, else null. */
+void *objectOfClass(const void *h, uint32_t tag, const ObjClass *cls);
+
+/* A copy of `text` that lives for the process; equal texts share one copy. */
+const char *intern(const std::string &text);
+
+/* `s` without leading and trailing blanks (spaces, tabs, line ends). */
+std::string trim(const std::string &s);
+
+/* Keeps an object alive for a scope: one reference taken, and dropped at the end. */
+class Hold {
+public:
+    explicit Hold(void *h);
+    ~Hold();
+    Hold(const Hold &) = delete;
+    Hold &operator=(const Hold &) = delete;
+private:
+    void *h_;
+};
+
+} // namespace kx
+
+#endif

@@ -1,0 +1,144 @@
+/* mem.cpp - memory pools: a registry of live blocks gives accounting and safe frees. */
+#include "kxmem.h"
+#include "kxprivate.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+constexpr uint32_t kDefaultPoolId = 1;
+
+struct Pool {
+    std::string name;
+    int64_t liveCount = 0;
+    int64_t liveBytes = 0;
+};
+
+struct Block {
+    uint32_t poolId;
+    kx::BlockKind kind;
+    size_t size;
+};
+
+/* The runtime's bookkeeping. Made on first use and never destroyed, so that blocks
+** freed by other libraries' static destructors at exit still find it. */
+struct Registry {
+    std::vector<Pool> pools;                       /* pool id n is pools[n - 1] */
+    std::unordered_map<const void *, Block> blocks; /* live address -> its block */
+    int64_t foreignFrees = 0;
+
+    Registry() {
+        pools.push_back(Pool{"default"});
+        blocks.reserve(4096);
+    }
+};
+
+Registry &registry() {
+    static Registry *r = new Registry;
+    return *r;
+}
+
+Pool *findPool(uint32_t poolId) {
+    auto &pools = registry().pools;
+    if (poolId == 0 || poolId > pools.size()) return nullptr;
+    return &pools[poolId - 1];
+}
+
+} // namespace
+
+namespace kx {
+
+void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind kind) {
+    Pool *pool = findPool(poolId);
+    if (pool == nullptr) return nullptr;
+    void *base = std::malloc(headerSize + (size ? size : 1));
+    if (base == nullptr) return nullptr;
+    void *p = static_cast<char *>(base) + headerSize;
+    registry().blocks.emplace(p, Block{poolId, kind, size});
+    pool->liveCount++;
+    pool->liveBytes += static_cast<int64_t>(size);
+    return p;
+}
+
+bool isLiveBlock(const void *p, BlockKind kind) {
+    if (p == nullptr) return false;
+    auto &blocks = registry().blocks;
+    auto it = blocks.find(p);
+    return it != blocks.end() && it->second.kind == kind;
+}
+
+bool freeBlock(const void *p, size_t headerSize, BlockKind kind) {
+    if (p == nullptr) return false;
+    auto &blocks = registry().blocks;
+    auto it = blocks.find(p);
+    if (it == blocks.end() || it->second.kind != kind) return false;
+    Pool *pool = findPool(it->second.poolId);
+    pool->liveCount--;
+    pool->liveBytes -= static_cast<int64_t>(it->second.size);
+    blocks.erase(it);
+    std::free(const_cast<char *>(static_cast<const char *>(p)) - headerSize);
+    return true;
+}
+
+} // namespace kx
+
+extern "C" {
+
+uint32_t MemGetDefaultPoolId(void) {
+    return kDefaultPoolId;
+}
+
+uint32_t MemPoolCreate(const char *name) {
+    auto &pools = registry().pools;
+    pools.push_back(Pool{name ? name : ""});
+    return static_cast<uint32_t>(pools.size());
+}
+
+void *MemAllocateFromPool(size_t size, uint32_t poolId) {
+    return kx::allocateBlock(0, size, poolId, kx::BlockKind::Plain);
+}
+
+void MemFreeInternal(void *ppBlock) {
+    if (ppBlock == nullptr) return;
+    void **slot = static_cast<void **>(ppBlock);
+    void *block = *slot;
+    *slot = nullptr;
+    if (block == nullptr) return;
+    if (!kx::freeBlock(block, 0, kx::BlockKind::Plain)) registry().foreignFrees++;
+}
+
+int MemCopy(void *dst, const void *src, size_t size) {
+    if (dst == nullptr || src == nullptr) return 0;
+    std::memmove(dst, src, size);
+    return 1;
+}
+
+void MemZero(void *block, size_t size) {
+    if (block != nullptr) std::memset(block, 0, size);
+}
+
+int64_t MemPoolLiveCount(uint32_t poolId) {
+    const Pool *pool = findPool(poolId);
+    return pool ? pool->liveCount : -1;
+}
+
+int64_t MemPoolLiveBytes(uint32_t poolId) {
+    const Pool *pool = findPool(poolId);
+    return pool ? pool->liveBytes : -1;
+}
+
+int64_t MemForeignFreeCount(void) {
+    return registry().foreignFrees;
+}
+
+int64_t MemLiveCountAllPools(void) {
+    int64_t total = 0;
+    for (const Pool &pool : registry().pools) total += pool.liveCount;
+    return total;
+}
+
+} // extern "C"

@@ -1,0 +1,212 @@
+/* obj.cpp - tagged, reference-counted objects whose signature says what to release. */
+#include "kxobj.h"
+#include "kxmem.h"
+#include "kxprivate.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+/* One field of a signature: its kind letter and its offset in the object's data. */
+struct Field {
+    char kind;
+    uint32_t offset;
+};
+
+/* A parsed signature. Layouts are shared by every object of the same signature and
+** live for the process. */
+struct Layout {
+    std::string text;
+    std::vector<Field> fields;
+    uint32_t size = 0; /* bytes up to the end of the last field */
+};
+
+/* The hidden header in front of an object's data; its size keeps the data 16-aligned. */
+struct alignas(16) Header {
+    uint32_t tag;
+    int32_t refs;
+    uint32_t poolId;
+    bool dying;
+    const Layout *layout;
+    const kx::ObjClass *cls;
+};
+
+int64_t liveObjects = 0;
+
+/* Parses "o;p;i;s;" into offsets of a C struct of those members; false when it does not
+** parse. */
+bool parseSignature(const char *signature, Layout &layout) {
+    uint32_t offset = 0;
+    for (const char *c = signature; *c != '\0'; c += 2) {
+        if (c[1] != ';') return false;
+        uint32_t size;
+        switch (c[0]) {
+        case 'o': case 'p': case 's': size = sizeof(void *); break;
+        case 'i': size = sizeof(int32_t); break;
+        default: return false;
+        }
+        offset = (offset + size - 1) / size * size;
+        layout.fields.push_back(Field{c[0], offset});
+        offset += size;
+    }
+    layout.size = offset;
+    layout.text = signature;
+    return true;
+}
+
+/* The shared layout of a signature, or null when it does not parse. */
+const Layout *layoutOf(const char *signature) {
+    static auto *layouts = new std::unordered_map<std::string, std::unique_ptr<Layout>>;
+    const std::string key = signature ? signature : "";
+    auto it = layouts->find(key);
+    if (it != layouts->end()) return it->second.get();
+    auto layout = std::make_unique<Layout>();
+    if (!parseSignature(key.c_str(), *layout)) return nullptr;
+    return layouts->emplace(key, std::move(layout)).first->second.get();
+}
+
+Header *headerOf(const void *h) {
+    return reinterpret_cast<Header *>(const_cast<char *>(static_cast<const char *>(h)) -
+                                      sizeof(Header));
+}
+
+/* The header of a live object that is not being freed, else null. The registry is
+** asked before any byte of `h` is read. */
+Header *liveHeader(const void *h) {
+    if (!kx::isLiveBlock(h, kx::BlockKind::Object)) return nullptr;
+    Header *header = headerOf(h);
+    return header->dying ? nullptr : header;
+}
+
+/* Drops what the fields own: 'o' references and 's' strings. */
+void releaseFields(void *data, const Layout &layout) {
+    char *bytes = static_cast<char *>(data);
+    for (const Field &field : layout.fields) {
+        void *slot = bytes + field.offset;
+        if (field.kind == 'o') ObjReleaseInternal(slot);
+        else if (field.kind == 's') MemFreeInternal(slot);
+    }
+}
+
+/* Frees an object whose last reference went. It is marked dying first, so that
+** nothing reached while its fields are released can take or drop a reference on it. */
+void destroy(void *data, Header *header) {
+    header->dying = true;
+    if (header->cls != nullptr && header->cls->finalize != nullptr) header->cls->finalize(data);
+    releaseFields(data, *header->layout);
+    liveObjects--;
+    kx::freeBlock(data, sizeof(Header), kx::BlockKind::Object);
+}
+
+} // namespace
+
+namespace kx {
+
+int createObject(void *phObj, uint32_t dataSize, uint32_t tag, const char *signature,
+                 int32_t reserved, uint32_t poolId, const ObjClass *cls) {
+    if (phObj == nullptr) return 0;
+    void **slot = static_cast<void **>(phObj);
+    *slot = nullptr;
+    const Layout *layout = layoutOf(signature);
+    if (reserved != 0 || layout == nullptr || layout->size > dataSize) return 0;
+    void *data = allocateBlock(sizeof(Header), dataSize, poolId, BlockKind::Object);
+    if (data == nullptr) return 0;
+    std::memset(data, 0, dataSize);
+    Header *header = headerOf(data);
+    *header = Header{tag, 1, poolId, false, layout, cls};
+    liveObjects++;
+    *slot = data;
+    return 1;
+}
+
+Hold::Hold(void *h) : h_(ObjIncRefCount(h) ? h : nullptr) {}
+
+Hold::~Hold() {
+    ObjReleaseInternal(&h_);
+}
+
+uint32_t objectPool(const void *h) {
+    return headerOf(h)->poolId;
+}
+
+void *objectOfClass(const void *h, uint32_t tag, const ObjClass *cls) {
+    const Header *header = liveHeader(h);
+    if (header == nullptr || header->tag != tag || header->cls != cls) return nullptr;
+    return const_cast<void *>(h);
+}
+
+} // namespace kx
+
+extern "C" {
+
+int ObjCreateInternal(void *phObj, uint32_t dataSize, uint32_t tag, const char *signature,
+                      int32_t reserved, uint32_t poolId) {
+    return kx::createObject(phObj, dataSize, tag, signature, reserved, poolId, nullptr);
+}
+
+int ObjIncRefCount(void *hObj) {
+    Header *header = liveHeader(hObj);
+    if (header == nullptr) return 0;
+    header->refs++;
+    return 1;
+}
+
+void ObjReleaseInternal(void *phObj) {
+    if (phObj == nullptr) return;
+    void **slot = static_cast<void **>(phObj);
+    void *h = *slot;
+    *slot = nullptr;
+    Header *header = liveHeader(h);
+    if (header == nullptr) return;
+    if (--header->refs == 0) destroy(h, header);
+}
+
+uint32_t ObjGetTag(const void *hObj) {
+    const Header *header = liveHeader(hObj);
+    return header ? header->tag : 0;
+}
+
+const char *ObjGetSignature(const void *hObj) {
+    const Header *header = liveHeader(hObj);
+    return header ? header->layout->text.c_str() : nullptr;
+}
+
+int ObjHasLayout(const void *hObj, const char *prefix) {
+    const Header *header = liveHeader(hObj);
+    if (header == nullptr) return 0;
+    if (prefix == nullptr) return 1;
+    return header->layout->text.compare(0, std::strlen(prefix), prefix) == 0;
+}
+
+int ObjIsA(const void *hObj, uint32_t tag) {
+    const Header *header = liveHeader(hObj);
+    return header != nullptr && header->tag == tag;
+}
+
+int32_t ObjGetRefCount(const void *hObj) {
+    const Header *header = liveHeader(hObj);
+    return header ? header->refs : 0;
+}
+
+int ObjBooleanCreate(void *phObj, int32_t value) {
+    if (!kx::createObject(phObj, sizeof(int32_t), KX_TAG_BOOLEAN, "i;", 0,
+                          MemGetDefaultPoolId(), nullptr))
+        return 0;
+    **static_cast<int32_t **>(phObj) = value != 0;
+    return 1;
+}
+
+int32_t ObjBooleanGet(const void *hObj) {
+    if (!ObjIsA(hObj, KX_TAG_BOOLEAN) || !ObjHasLayout(hObj, "i;")) return -1;
+    return *static_cast<const int32_t *>(hObj);
+}
+
+int64_t ObjLiveCount(void) {
+    return liveObjects;
+}
+
+} // extern "C"
