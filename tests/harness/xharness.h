@@ -7,7 +7,9 @@
 **   - a failure when the pools hold more or fewer live blocks than at the start (call
 **     expectLeakCheck(false) in a test that deliberately keeps memory);
 **   - the shell destroyed.
-** Input goes through XTest and the Xt event loop, never by calling callbacks. */
+** Input goes through XTest and the Xt event loop, never by calling callbacks.
+**
+** Include this header before any X header: X's `None` macro breaks GoogleTest. */
 #ifndef XC_XHARNESS_H
 #define XC_XHARNESS_H
 

@@ -1,4 +1,4 @@
-/* screens.cpp - building screen definition trees in tests, as a client would. */
+/* screens.cpp - building screen definition trees as a client does (tests, benchmarks). */
 #include "screens.h"
 
 namespace xt {

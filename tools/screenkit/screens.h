@@ -1,4 +1,4 @@
-/* screens.h - building screen definition trees in tests, as a client would. */
+/* screens.h - building screen definition trees as a client does (tests, benchmarks). */
 #ifndef XC_TEST_SCREENS_H
 #define XC_TEST_SCREENS_H
 

@@ -1,0 +1,75 @@
+/* guiinputkit.cpp - pieces that the date, time and number inputs share. */
+#include "guiinputkit.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "guicommon.h"
+
+namespace xc {
+
+namespace {
+constexpr int32_t kMsgBadArgument = 201;
+}
+
+void addHooks(const InputHook *hooks, std::size_t count, XtPointer data) {
+    for (std::size_t i = 0; i < count; ++i)
+        XtAddCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, data);
+}
+
+void removeHooks(const InputHook *hooks, std::size_t count, XtPointer data) {
+    for (std::size_t i = 0; i < count; ++i)
+        XtRemoveCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, data);
+}
+
+void destroyWidgets(std::initializer_list<Widget> widgets) {
+    for (Widget w : widgets) XtDestroyWidget(w);
+}
+
+bool haveWidgets(const char *function, std::initializer_list<Widget> widgets) {
+    for (Widget w : widgets) {
+        if (w == nullptr) {
+            trace(kMsgBadArgument, -1, "%s: a widget is missing", function);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool haveHandle(const void *handle, const char *function) {
+    if (handle != nullptr) return true;
+    trace(kMsgBadArgument, -1, "%s: null argument", function);
+    return false;
+}
+
+void *allocateRecord(std::size_t size, const char *function) {
+    void *record = MemAllocateFromPool(size, pool());
+    if (record == nullptr) trace(kMsgBadArgument, -1, "%s: out of memory", function);
+    else MemZero(record, size);
+    return record;
+}
+
+void highlightField(Widget field, XmHighlightMode mode) {
+    XmTextSetHighlight(field, 0, XmTextGetMaxLength(field), mode);
+}
+
+void moveHighlight(Widget *current, Widget focused) {
+    highlightField(*current, XmHIGHLIGHT_NORMAL);
+    *current = focused;
+    highlightField(*current, XmHIGHLIGHT_SELECTED);
+}
+
+int32_t fieldNumber(Widget field) {
+    char *text = XmTextGetString(field);
+    int32_t value = text ? std::atoi(text) : 0;
+    XtFree(text);
+    return value;
+}
+
+void writeTwoDigits(Widget field, long value) {
+    char text[24];
+    std::snprintf(text, sizeof text, "%02ld", value);
+    XmTextSetString(field, text);
+}
+
+} // namespace xc

@@ -1,0 +1,86 @@
+/* guiinputkit.h - pieces that the date, time and number inputs share (private). */
+#ifndef XC_GUIINPUTKIT_H
+#define XC_GUIINPUTKIT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <Xm/Text.h>
+#include <Xm/Xm.h>
+
+#include "xcontrols/guisetupdown.h"
+
+namespace xc {
+
+/* One callback that an input control hangs on one of the caller's widgets. */
+struct InputHook {
+    Widget widget;
+    const char *callbackName;
+    XtCallbackProc proc;
+};
+
+/* Adds the hooks in order, each with `data` as client data. */
+void addHooks(const InputHook *hooks, std::size_t count, XtPointer data);
+/* Takes the same hooks off again, so that nothing reaches a handle that is about to be
+** freed while its widgets are still being destroyed (a focus move, a late disarm). */
+void removeHooks(const InputHook *hooks, std::size_t count, XtPointer data);
+
+/* Destroys the widgets in the order given. */
+void destroyWidgets(std::initializer_list<Widget> widgets);
+
+/* False, with a trace naming `function`, when a widget that a control needs is null. */
+bool haveWidgets(const char *function, std::initializer_list<Widget> widgets);
+/* False, with a trace naming `function`, when an operation is given a null handle or
+** out pointer. */
+bool haveHandle(const void *handle, const char *function);
+
+/* A zero-filled control record from the default pool, or null with a trace naming
+** `function` when memory runs out. */
+void *allocateRecord(std::size_t size, const char *function);
+template <typename T>
+T *allocateRecord(const char *function) {
+    return static_cast<T *>(allocateRecord(sizeof(T), function));
+}
+
+/* Highlights a whole text field (mode XmHIGHLIGHT_SELECTED) or takes the highlight off
+** (XmHIGHLIGHT_NORMAL). */
+void highlightField(Widget field, XmHighlightMode mode);
+/* The focus went to `focused`: it becomes `*current` and carries the highlight. */
+void moveHighlight(Widget *current, Widget focused);
+
+/* The field's text read with atoi (text that is no number counts as 0). */
+int32_t fieldNumber(Widget field);
+/* Writes the value with at least two digits ("%02ld"). */
+void writeTwoDigits(Widget field, long value);
+
+/* The callbacks of a control made of text fields and an up and a down button that step
+** the field focused last (the date and time inputs). `Input` has the fields wUp,
+** wCurrent, fnCallback and pClientData; `step` moves or checks input->wCurrent in a
+** direction of GuiSetUpDownValue; `timeOf` gives the shown value as a time. */
+template <typename Input, void (*step)(Input *, int32_t), int (*timeOf)(int32_t *, Input *)>
+struct FieldStepper {
+    static Input *inputOf(XtPointer data) { return static_cast<Input *>(data); }
+
+    static void onArm(Widget button, XtPointer data, XtPointer) {
+        Input *input = inputOf(data);
+        step(input, button == input->wUp ? GUI_UPDOWN_UP : GUI_UPDOWN_DOWN);
+    }
+    static void onLosingFocus(Widget, XtPointer data, XtPointer) {
+        step(inputOf(data), GUI_UPDOWN_VALIDATE);
+    }
+    static void onFocus(Widget field, XtPointer data, XtPointer) {
+        moveHighlight(&inputOf(data)->wCurrent, field);
+    }
+    /* Every change of any field is reported, typed or written. */
+    static void onValueChanged(Widget, XtPointer data, XtPointer) {
+        Input *input = inputOf(data);
+        if (input->fnCallback == nullptr) return;
+        int32_t time = 0;
+        timeOf(&time, input);
+        input->fnCallback(input, input->pClientData, &time);
+    }
+};
+
+} // namespace xc
+
+#endif

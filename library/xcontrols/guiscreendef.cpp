@@ -1,0 +1,261 @@
+/* guiscreendef.cpp - plugin screens: the entry points, the create dispatch, the build
+** batch and the teardown by widget kind. */
+#include <algorithm>
+#include <utility>
+
+#include "guiscreenitem.h"
+
+extern "C" {
+XC_API int32_t glJobId = 0;
+}
+
+namespace xc::screen {
+namespace {
+
+GuiPlgCloseFn gClose = nullptr;
+void *gCloseValue = nullptr;
+
+/* ---- The create dispatch ------------------------------------------------------------ */
+
+struct ItemKind {
+    uint32_t type;
+    const char *trace;
+    Builder build; /* null: the item is an entry or page that its parent builds */
+};
+
+constexpr ItemKind kItemKinds[] = {
+    {GroupBox, "Create a GroupBox", buildGroupBox},
+    {TabManager, "Create a TabManager", nullptr},
+    {TabPage, "Create a TabPage", nullptr},
+    {ComboBox, "Create a ComboBox", nullptr},
+    {ComboItem, "Create a ComboItem", nullptr},
+    {ListBox, "Create a ListBox", nullptr},
+    {ListItem, "Create a ListItem", nullptr},
+    {selectionItem, "Create a selectionItem", nullptr},
+    {RadioManager, "Create a RadioManager", nullptr},
+    {RadioButton, "Create a RadioButton", nullptr},
+    {PushButton, "Create a PushButton", nullptr},
+    {EditBox, "Create a EditBox", nullptr},
+    {NumInput, "Create a NumInput", nullptr},
+    {Label, "Create a Label", buildLabel},
+    {RowColManager, "Create a Row Col Manager", buildRowColManager},
+    {DateInput, "Create a Date Input", nullptr},
+    {TimeInput, "Create a Time Input", nullptr},
+    {ChangePassword, "Create a Change password control", nullptr},
+    {GetPasswordBox, "Create a GetPasswordBox", nullptr},
+    {StackedTabManager, "Create a Stacked TabManager", nullptr},
+    {ExtendedListBox, "Create an extended ListBox", nullptr},
+};
+
+const ItemKind *kindOf(uint32_t type) {
+    for (const ItemKind &k : kItemKinds)
+        if (k.type == type) return &k;
+    return nullptr;
+}
+
+int releaseGuiData(void *, void *node) {
+    if (ScreenItem *item = itemOf(node)) ObjReleaseInternal(&item->guiData);
+    return 1;
+}
+
+int createNode(void *ctx, void *node) {
+    ScreenItem *item = itemOf(node);
+    if (item == nullptr) {
+        trace(101, 1, "unknown screen item");
+        return 1;
+    }
+    const ItemKind *kind = kindOf(item->itemType);
+    if (kind == nullptr) {
+        trace(101, 1, "unknown screen item");
+        return 1;
+    }
+    trace(102, 0, "%s", kind->trace);
+    if (kind->build) kind->build(static_cast<Widget>(ctx), node);
+    return 1;
+}
+
+/* ---- The build batch ----------------------------------------------------------------- */
+
+PoolVector<Widget> *gPending = nullptr;
+
+/* Manages the queued widgets: one XtManageChildren per parent, parents in the reverse
+** order of their first appearance, so inner containers are complete before the
+** container that holds them is managed into a realized form. */
+void flushPending(PoolVector<Widget> &pending) {
+    PoolVector<std::pair<size_t, Widget>> order; /* (rank of the parent, widget) */
+    PoolVector<Widget> parents;
+    order.reserve(pending.size());
+    for (Widget w : pending) {
+        auto it = std::find(parents.rbegin(), parents.rend(), XtParent(w));
+        size_t rank = it == parents.rend() ? parents.size() : parents.rend() - it - 1;
+        if (it == parents.rend()) parents.push_back(XtParent(w));
+        order.emplace_back(rank, w);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto &a, const auto &b) { return a.first > b.first; });
+    PoolVector<Widget> batch;
+    for (size_t i = 0; i < order.size(); ++i) {
+        batch.push_back(order[i].second);
+        if (i + 1 == order.size() || order[i + 1].first != order[i].first) {
+            XtManageChildren(batch.data(), static_cast<Cardinal>(batch.size()));
+            batch.clear();
+        }
+    }
+}
+
+/* Runs the create and layout passes with the manage calls of the builders batched. */
+void buildScreen(Widget parent, void *tree) {
+    PoolVector<Widget> pending;
+    PoolVector<Widget> *outer = gPending;
+    if (outer == nullptr) gPending = &pending;
+    TreeWalk(tree, createNode, parent, 0);
+    TreeWalk(tree, layoutNode, parent, 0);
+    if (outer == nullptr) {
+        gPending = nullptr;
+        flushPending(pending);
+    }
+}
+
+/* ---- Teardown --------------------------------------------------------------------------- */
+
+int destroyRecord(void *, void *element) {
+    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
+                                          GUI_WIDGET_SIGNATURE);
+    if (rec == nullptr) return 1;
+    trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
+    switch (rec->widgetKind) {
+    case WIDGET_PLAIN:
+        if (rec->widget) {
+            Widget w = rec->widget;
+            unmapWidget(w);
+            XtDestroyWidget(w);
+        }
+        break;
+    default:
+        break;
+    }
+    return 1;
+}
+
+int destroyNodeWidgets(void *, void *node) {
+    if (oGuiData *gui = guiDataOf(itemOf(node))) ListWalkBackwards(gui->widgetList, destroyRecord, nullptr);
+    return 1;
+}
+
+int collectManaged(void *ctx, void *node) {
+    auto *widgets = static_cast<PoolVector<Widget> *>(ctx);
+    if (GuiWidgetRecord *rec = outerRecord(itemOf(node)))
+        if (rec->widgetKind == WIDGET_PLAIN && rec->widget && XtIsManaged(rec->widget))
+            widgets->push_back(rec->widget);
+    return 1;
+}
+
+/* Takes the items' outer widgets out of their forms in one call per parent before they
+** are destroyed, so that a realized form does not lay out its remaining children again
+** after every single destruction. */
+void unmanageOuterWidgets(void *tree) {
+    PoolVector<Widget> widgets;
+    TreeWalk(tree, collectManaged, &widgets, 0);
+    std::stable_sort(widgets.begin(), widgets.end(),
+                     [](Widget a, Widget b) { return XtParent(a) < XtParent(b); });
+    size_t start = 0;
+    for (size_t i = 1; i <= widgets.size(); ++i) {
+        if (i == widgets.size() || XtParent(widgets[i]) != XtParent(widgets[start])) {
+            XtUnmanageChildren(&widgets[start], static_cast<Cardinal>(i - start));
+            start = i;
+        }
+    }
+}
+
+void destroyWidgets(void *tree) {
+    unmanageOuterWidgets(tree);
+    TreeWalkPostOrder(tree, destroyNodeWidgets, nullptr);
+}
+
+/* ---- Updates ----------------------------------------------------------------------------- */
+
+int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update) {
+    void *cookie = update->screenCookie;
+    if (cookie == nullptr && ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE))
+        cookie = TreeGetCookie(screen->oPluginScreenDef);
+    TreeSetCookie(update->tree, cookie);
+    trace(104, 0, "Process screen update of whole screen");
+    destroyWidgets(screen->oPluginScreenDef);
+    ObjReleaseInternal(&screen->oPluginScreenDef);
+    screen->oPluginScreenDef = ObjIncRefCount(update->tree) ? update->tree : nullptr;
+    buildScreen(screen->parentWidget, screen->oPluginScreenDef);
+    return 1;
+}
+
+int updateItems(oScreenDef *screen, oUpdateScreen *update) {
+    if (update->screenCookie != nullptr) TreeSetCookie(screen->oPluginScreenDef, update->screenCookie);
+    trace(105, 0, "Process screen updates of individual items");
+    if (!ObjIsA(update->tree, KX_TAG_TREE) || !ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE)) {
+        trace(106, 0, "oUpdateScreen %p oScreenDef->oPluginScreenDef %p", update->tree,
+              screen->oPluginScreenDef);
+        return 0;
+    }
+    int result = 0;
+    for (void *node = TreeFirstNode(update->tree); node != nullptr; TreeNextSibling(&node, node)) {
+        ScreenItem *patch = itemOf(node);
+        if (patch == nullptr) continue;
+        trace(107, 0, "Replace screen item %ld", static_cast<long>(patch->itemId));
+        void *shownNode = findItemNode(screen->oPluginScreenDef, patch->itemId);
+        ScreenItem *shown = itemOf(shownNode);
+        if (shown == nullptr) {
+            trace(108, 0, "No such item to update");
+            continue;
+        }
+        result = updateItem(shownNode, node);
+        storeHandle(&shown->actions, patch->actions);
+    }
+    return result;
+}
+
+} // namespace
+
+void manage(Widget w) {
+    if (w == nullptr) return;
+    if (gPending) gPending->push_back(w);
+    else XtManageChild(w);
+}
+
+GuiPlgCloseFn closeCallback() { return gClose; }
+
+} // namespace xc::screen
+
+using namespace xc::screen;
+
+extern "C" {
+
+XC_API void InitPluginScreens(GuiPlgCloseFn fnClose, void *pClientValue) {
+    gClose = fnClose;
+    gCloseValue = pClientValue;
+}
+
+XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId) {
+    glJobId = jobId;
+    TreeWalk(hScreenDef, releaseGuiData, nullptr, 0);
+    buildScreen(parent, hScreenDef);
+    return 1;
+}
+
+XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32_t perItem) {
+    if (pScreen == nullptr || pUpdate == nullptr) return 0;
+    glJobId = pScreen->jobId;
+    return perItem ? updateItems(pScreen, pUpdate) : updateWholeScreen(pScreen, pUpdate);
+}
+
+XC_API void GuiFreeScreenDef(void *phScreenDef) {
+    if (phScreenDef != nullptr) ObjReleaseInternal(phScreenDef);
+}
+
+XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef) {
+    void **slot = static_cast<void **>(phScreenDef);
+    if (slot == nullptr || *slot == nullptr) return;
+    xc::trace(109, 0, "Destroy the widgets making up the screen");
+    destroyWidgets(*slot);
+    GuiFreeScreenDef(slot);
+}
+
+} // extern "C"

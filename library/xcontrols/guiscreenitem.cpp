@@ -1,0 +1,104 @@
+/* guiscreenitem.cpp - the plugin screen's shared steps: items, GUI data, widget records,
+** the parent of an item and searches by item id. */
+#include "guiscreenitem.h"
+
+namespace xc::screen {
+
+ScreenItem *itemOf(void *node) {
+    if (!ObjIsA(node, KX_TAG_TREE_NODE)) return nullptr;
+    return objectAs<ScreenItem>(TreeNodeCookie(node), GUI_TAG_SCREEN_ITEM,
+                                GUI_SCREEN_ITEM_SIGNATURE);
+}
+
+oGuiData *guiDataOf(const ScreenItem *item) {
+    return item ? objectAs<oGuiData>(item->guiData, GUI_TAG_GUIDATA, GUI_GUIDATA_SIGNATURE)
+                : nullptr;
+}
+
+namespace {
+GuiWidgetRecord *asRecord(void *h) {
+    return objectAs<GuiWidgetRecord>(h, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE);
+}
+
+int matchItemId(void *key, void *cookie) {
+    auto *item = objectAs<ScreenItem>(cookie, GUI_TAG_SCREEN_ITEM, GUI_SCREEN_ITEM_SIGNATURE);
+    return item != nullptr && item->itemId == *static_cast<int32_t *>(key);
+}
+
+/* Clears a record's widget when the widget goes by any means. */
+void forgetWidget(Widget w, XtPointer clientData, XtPointer) {
+    GuiWidgetRecord *rec = asRecord(clientData);
+    if (rec != nullptr && rec->widget == w) rec->widget = nullptr;
+}
+} // namespace
+
+GuiWidgetRecord *outerRecord(const ScreenItem *item) {
+    oGuiData *gui = guiDataOf(item);
+    return gui ? asRecord(ListFirstItem(gui->widgetList)) : nullptr;
+}
+
+GuiWidgetRecord *valueRecord(const ScreenItem *item) {
+    oGuiData *gui = guiDataOf(item);
+    return gui ? asRecord(ListLastItem(gui->widgetList)) : nullptr;
+}
+
+Widget outerWidget(const ScreenItem *item) {
+    GuiWidgetRecord *rec = outerRecord(item);
+    return rec ? rec->widget : nullptr;
+}
+
+void *findItemNode(void *tree, int32_t itemId) {
+    void *found = nullptr;
+    if (ObjIsA(tree, KX_TAG_TREE))
+        TreeSearchFromNode(&found, TreeFirstNode(tree), matchItemId, &itemId, 0);
+    return found;
+}
+
+ScreenItem *findItem(void *tree, int32_t itemId) { return itemOf(findItemNode(tree, itemId)); }
+
+oGuiData *createGuiData(void *node) {
+    ScreenItem *item = itemOf(node);
+    if (item == nullptr) return nullptr;
+    oGuiData *gui = nullptr;
+    if (!ObjCreateInternal(&gui, sizeof(oGuiData), GUI_TAG_GUIDATA, GUI_GUIDATA_SIGNATURE, 0, pool()))
+        return nullptr;
+    ListCreateFromPool(&gui->widgetList, 0, pool());
+    gui->jobId = glJobId;
+    storeHandle(reinterpret_cast<void **>(&item->guiData), gui);
+    ObjReleaseInternal(&gui);
+    return item->guiData;
+}
+
+Widget parentWidgetOf(void *node) {
+    if (!TreeNodeHasParent(node)) return nullptr;
+    oGuiData *gui = guiDataOf(itemOf(TreeNodeParent(node)));
+    return gui ? gui->childParent : nullptr;
+}
+
+GuiWidgetRecord *newRecord(Widget w, int32_t kind) {
+    GuiWidgetRecord *rec = nullptr;
+    if (!ObjCreateInternal(&rec, sizeof(GuiWidgetRecord), GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE, 0, pool()))
+        return nullptr;
+    rec->widget = w;
+    rec->widgetKind = kind;
+    return rec;
+}
+
+void appendRecord(oGuiData *gui, GuiWidgetRecord **rec) {
+    if (*rec == nullptr) return;
+    if ((*rec)->widget != nullptr)
+        XtAddCallback((*rec)->widget, XmNdestroyCallback, forgetWidget, *rec);
+    if (gui == nullptr || !ListPushLastItemInternal(gui->widgetList, rec)) ObjReleaseInternal(rec);
+}
+
+void addWidget(oGuiData *gui, Widget w) {
+    GuiWidgetRecord *rec = newRecord(w);
+    appendRecord(gui, &rec);
+}
+
+Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args) {
+    args.add(XtNmappedWhenManaged, False);
+    return XtCreateWidget(name, cls, parent, args.list(), args.count());
+}
+
+} // namespace xc::screen

@@ -1,0 +1,117 @@
+/* guiscreenitem.h - what the plugin-screen driver, layout, actions, updaters and the
+** builders of every item family share (private to the library). */
+#ifndef XC_GUISCREENITEM_H
+#define XC_GUISCREENITEM_H
+
+#include "guicommon.h"
+#include "guiscreendef.h"
+
+namespace xc::screen {
+
+/* ---- Items and their records -------------------------------------------------------- */
+
+/* The screen item a node carries, or null when the node or its cookie is not one. */
+ScreenItem *itemOf(void *node);
+
+/* The item's oGuiData, or null. */
+oGuiData *guiDataOf(const ScreenItem *item);
+
+/* First record of the item's widget list (its outermost widget) and last record (the
+** widget that shows its value); null when the item has none. */
+GuiWidgetRecord *outerRecord(const ScreenItem *item);
+GuiWidgetRecord *valueRecord(const ScreenItem *item);
+Widget outerWidget(const ScreenItem *item);
+
+/* The item data of an item when it carries `tag` (and, for safety, the matching field
+** layout); null otherwise. */
+template <typename T>
+T *dataOf(const ScreenItem *item, uint32_t tag, const char *layout) {
+    return item ? objectAs<T>(item->itemData, tag, layout) : nullptr;
+}
+
+/* Item data read without a tag check (entries, pages): only the field layout is checked,
+** so a record of another shape is never read. */
+template <typename T>
+T *untaggedDataOf(const ScreenItem *item, const char *layout) {
+    return item ? objectAs<T>(item->itemData, 0, layout) : nullptr;
+}
+
+/* The first node of the item's tree, in pre-order, whose item has the id; null if none. */
+void *findItemNode(void *tree, int32_t itemId);
+ScreenItem *findItem(void *tree, int32_t itemId);
+
+/* ---- The builders' common steps ----------------------------------------------------- */
+
+/* Creates the item's oGuiData (widget list empty, jobId = glJobId) and stores it in the
+** item with the record's own reference, overwriting what was there. Returns it. */
+oGuiData *createGuiData(void *node);
+
+/* The childParent of the node's parent item; null when there is none (the builder then
+** uses the screen's parent widget). */
+Widget parentWidgetOf(void *node);
+
+/* A new all-zero widget record (kind 0, no widget), or null. The caller owns its
+** reference until it hands it to appendRecord. */
+GuiWidgetRecord *newRecord(Widget w = nullptr, int32_t kind = WIDGET_PLAIN);
+
+/* Appends the record to the item's widget list, which takes over the caller's reference;
+** `*rec` is cleared. A record is also told when its widget is destroyed by other means,
+** so that teardown never reaches a widget that no longer exists. */
+void appendRecord(oGuiData *gui, GuiWidgetRecord **rec);
+
+/* Appends a plain record (kind 0) of the widget; the shorthand of the two above. */
+void addWidget(oGuiData *gui, Widget w);
+
+/* Manages a widget of a plugin screen. While a screen is being built the widget is only
+** queued: the batch manages every queued widget after the layout pass, one
+** XtManageChildren per parent, innermost parents first, so that a realized form lays
+** its new children out once instead of once per child. */
+void manage(Widget w);
+
+/* A widget argument list that grows as a builder adds resources. */
+class Args {
+public:
+    Args &add(const char *name, XtArgVal value) {
+        if (count_ < kMax) {
+            XtSetArg(args_[count_], const_cast<char *>(name), value);
+            ++count_; /* XtSetArg names its first argument twice */
+        }
+        return *this;
+    }
+    ArgList list() { return args_; }
+    Cardinal count() const { return count_; }
+private:
+    static constexpr Cardinal kMax = 24;
+    Arg args_[kMax];
+    Cardinal count_ = 0;
+};
+
+/* Creates a widget of a plugin screen with XtNmappedWhenManaged false in `args`, ready
+** for the layout pass to map it. */
+Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args);
+
+/* ---- Walks used by the driver -------------------------------------------------------- */
+
+/* The layout step of one node (attachments, visibility, sensitivity, grid). */
+int layoutNode(void *ctx, void *node);
+
+/* Applies `hidden` and `disabled` of an item to its outer widget. */
+void applyVisibility(ScreenItem *item);
+
+/* The per-item update of a shown node from an update node: 1, or 0 for a type that the
+** update does not know. */
+int updateItem(void *shownNode, void *updateNode);
+
+/* Runs the item's actions, plain or inverted, on the screen of the node (actions). */
+void runActions(void *node, bool inverted);
+
+/* Builder signature: (screen's parent widget, node). */
+using Builder = void (*)(Widget parent, void *node);
+
+void buildGroupBox(Widget parent, void *node);
+void buildLabel(Widget parent, void *node);
+void buildRowColManager(Widget parent, void *node);
+
+} // namespace xc::screen
+
+#endif

@@ -1,0 +1,154 @@
+/* guiscreenlayout.cpp - the layout pass: form attachments, visibility, sensitivity and
+** the row-and-column grid. */
+#include <Xm/Form.h>
+
+#include "guiscreenitem.h"
+
+namespace xc::screen {
+namespace {
+
+constexpr int kSizeMargin = 5;
+constexpr int kColumnGap = 20;
+constexpr int kCentrePosition = 50;
+
+struct SideResources {
+    const char *attachment;
+    const char *offset;
+    const char *position;
+    const char *widget;
+};
+
+const SideResources kSides[4] = {
+    {XmNleftAttachment, XmNleftOffset, XmNleftPosition, XmNleftWidget},
+    {XmNrightAttachment, XmNrightOffset, XmNrightPosition, XmNrightWidget},
+    {XmNtopAttachment, XmNtopOffset, XmNtopPosition, XmNtopWidget},
+    {XmNbottomAttachment, XmNbottomOffset, XmNbottomPosition, XmNbottomWidget},
+};
+
+/* The outer widget of the item `refId` when it can serve as an attachment of `self`:
+** it exists, is not `self` and lies in the same form. */
+Widget referenceWidget(void *node, Widget self, int32_t refId) {
+    Widget ref = outerWidget(findItem(TreeFromNode(node), refId));
+    if (ref == nullptr || ref == self) return nullptr;
+    if (XtParent(ref) != XtParent(self)) {
+        trace(201, 0, "Attachment item %ld is not in the same form", static_cast<long>(refId));
+        return nullptr;
+    }
+    return ref;
+}
+
+void addSide(Args &args, void *node, Widget outer, int side, const ScreenAttachment *a) {
+    const SideResources &r = kSides[side];
+    if (a == nullptr) {
+        args.add(r.offset, 0).add(r.attachment, XmATTACH_NONE);
+        return;
+    }
+    switch (a->kind) {
+    case ATTACH_POSITION:
+        args.add(r.offset, a->offset).add(r.attachment, XmATTACH_POSITION).add(r.position, a->position);
+        break;
+    case ATTACH_ITEM:
+        if (Widget ref = referenceWidget(node, outer, a->itemId))
+            args.add(r.offset, a->offset).add(r.attachment, XmATTACH_WIDGET)
+                .add(r.widget, reinterpret_cast<XtArgVal>(ref));
+        break;
+    case ATTACH_CENTRE:
+        if (side == ATTACH_LEFT || side == ATTACH_TOP) {
+            Dimension size = 0;
+            XtVaGetValues(outer, side == ATTACH_LEFT ? XtNwidth : XtNheight, &size, nullptr);
+            args.add(r.attachment, XmATTACH_POSITION).add(r.position, kCentrePosition)
+                .add(r.offset, a->offset - size / 2);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void applyAttachments(void *node, const ScreenItem *item, Widget outer) {
+    if (item->attachments == nullptr) return;
+    Args args;
+    for (int side = ATTACH_LEFT; side <= ATTACH_BOTTOM; ++side)
+        addSide(args, node, outer, side, item->attachments[side]);
+    XtSetValues(outer, args.list(), args.count());
+}
+
+/* The size of a grid child as Motif knows it now. A container that has not been laid out
+** yet (its tree is not realized) reports no size of its own; its preferred size stands
+** in for it then. */
+void measure(Widget w, Dimension *width, Dimension *height) {
+    XtVaGetValues(w, XtNwidth, width, XtNheight, height, nullptr);
+    if (XtIsRealized(w) || !XtIsComposite(w)) return;
+    XtWidgetGeometry preferred;
+    XtQueryGeometry(w, nullptr, &preferred);
+    if ((preferred.request_mode & CWWidth) && preferred.width > *width) *width = preferred.width;
+    if ((preferred.request_mode & CWHeight) && preferred.height > *height) *height = preferred.height;
+}
+
+/* The grid children: the children of the manager that have an outer widget. A child
+** without one takes no cell. */
+PoolVector<Widget> gridCells(void *node) {
+    PoolVector<Widget> cells;
+    for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child))
+        if (Widget w = outerWidget(itemOf(child))) cells.push_back(w);
+    return cells;
+}
+
+void layoutGrid(void *node, const ScreenItem *item) {
+    auto *data = dataOf<RowColManagerData>(item, GUI_TAG_ROWCOL, GUI_ROWCOL_SIGNATURE);
+    if (data == nullptr) return;
+    const int columns = data->columns < 1 ? 1 : data->columns;
+    PoolVector<Widget> cells = gridCells(node);
+    const int rows = static_cast<int>((cells.size() + columns - 1) / columns);
+    PoolVector<int32_t> rowHeights(rows, 0), columnWidths(columns, 0);
+
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const int row = static_cast<int>(i) / columns, column = static_cast<int>(i) % columns;
+        Dimension width = 0, height = 0;
+        measure(cells[i], &width, &height);
+        width = static_cast<Dimension>(width + kSizeMargin);
+        height = static_cast<Dimension>(height + kSizeMargin);
+        trace(202, 0, "For row %ld col %ld item is %ld wide by %ld high", static_cast<long>(row),
+              static_cast<long>(column), static_cast<long>(width), static_cast<long>(height));
+        if (height > rowHeights[row]) rowHeights[row] = height;
+        if (width > columnWidths[column]) columnWidths[column] = width;
+    }
+
+    int x = 0, y = 0;
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const int row = static_cast<int>(i) / columns, column = static_cast<int>(i) % columns;
+        XtVaSetValues(cells[i], XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_NONE,
+                      XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_NONE,
+                      XmNleftOffset, x, XmNtopOffset, y, nullptr);
+        trace(203, 0, "For row %ld col %ld place at %ld %ld", static_cast<long>(row),
+              static_cast<long>(column), static_cast<long>(x), static_cast<long>(y));
+        x += columnWidths[column] + kColumnGap;
+        if (column + 1 == columns) {
+            x = 0;
+            y += rowHeights[row];
+        }
+    }
+}
+
+} // namespace
+
+void applyVisibility(ScreenItem *item) {
+    Widget outer = outerWidget(item);
+    if (outer == nullptr) return;
+    if (item->hidden == 1) unmapWidget(outer);
+    else mapWidget(outer);
+    XtSetSensitive(outer, item->disabled == 1 ? False : True);
+}
+
+int layoutNode(void *, void *node) {
+    ScreenItem *item = itemOf(node);
+    if (item == nullptr) return 1;
+    if (Widget outer = outerWidget(item)) {
+        applyAttachments(node, item, outer);
+        applyVisibility(item);
+    }
+    if (item->itemType == RowColManager) layoutGrid(node, item);
+    return 1;
+}
+
+} // namespace xc::screen

@@ -1,0 +1,122 @@
+/* inputs_support.h - what the input control tests share: a bell counter, a row of
+** fields and arrow buttons in the test form, and typing into a field. */
+#ifndef XC_TESTS_INPUTS_SUPPORT_H
+#define XC_TESTS_INPUTS_SUPPORT_H
+
+/* gtest before any X header: X defines macros (None, Bool) that gtest's names collide with. */
+#include "xharness.h"
+
+#include <X11/XKBlib.h>
+#include <Xm/ArrowB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Text.h>
+#include <Xm/TextF.h>
+
+#include <string>
+
+namespace inputs {
+
+/* Counts the bells that the server rings, through the keyboard extension's bell
+** notification on a connection of its own. */
+class BellCounter {
+public:
+    BellCounter() {
+        int major = XkbMajorVersion, minor = XkbMinorVersion, error = 0, opcode = 0;
+        dpy_ = XkbOpenDisplay(DisplayString(xt::display()), &eventBase_, &error, &major,
+                              &minor, &opcode);
+        if (dpy_ != nullptr) {
+            XkbSelectEvents(dpy_, XkbUseCoreKbd, XkbBellNotifyMask, XkbBellNotifyMask);
+            XSync(dpy_, False);
+        }
+    }
+    ~BellCounter() {
+        if (dpy_ != nullptr) XCloseDisplay(dpy_);
+    }
+    BellCounter(const BellCounter &) = delete;
+    BellCounter &operator=(const BellCounter &) = delete;
+
+    bool available() const { return dpy_ != nullptr; }
+
+    /* Bells rung since the counter was made or last reset. */
+    int count() {
+        if (dpy_ == nullptr) return -1;
+        XSync(xt::display(), False);
+        XSync(dpy_, False);
+        while (XPending(dpy_)) {
+            XEvent event;
+            XNextEvent(dpy_, &event);
+            auto *xkb = reinterpret_cast<XkbEvent *>(&event);
+            if (event.type == eventBase_ && xkb->any.xkb_type == XkbBellNotify) ++count_;
+        }
+        return count_;
+    }
+    void reset() {
+        count();
+        count_ = 0;
+    }
+
+private:
+    Display *dpy_ = nullptr;
+    int eventBase_ = 0;
+    int count_ = 0;
+};
+
+/* The text of a text field or text widget. */
+inline std::string textOf(Widget w) {
+    char *text = XmTextGetString(w);
+    std::string copy = text ? text : "";
+    XtFree(text);
+    return copy;
+}
+
+/* A test with a horizontal row in the form; widgets are added left to right. The row
+** starts with a spare text field that takes the focus when the shell gets it and that
+** the tests focus to make a field lose the focus. */
+class InputsTest : public xt::XTest {
+protected:
+    void SetUp() override {
+        xt::XTest::SetUp();
+        row_ = XtVaCreateManagedWidget("row", xmRowColumnWidgetClass, form(), XmNorientation,
+                                       XmHORIZONTAL, XmNpacking, XmPACK_TIGHT, nullptr);
+        spare_ = field("spare", 6);
+        ASSERT_TRUE(bells.available()) << "the server does not notify bells";
+        bells.reset();
+    }
+
+    Widget field(const char *name, short columns) {
+        return XtVaCreateManagedWidget(name, xmTextFieldWidgetClass, row_, XmNcolumns, columns,
+                                       nullptr);
+    }
+    Widget arrow(const char *name, unsigned char direction) {
+        return XtVaCreateManagedWidget(name, xmArrowButtonWidgetClass, row_, XmNarrowDirection,
+                                       direction, XmNwidth, 24, XmNheight, 24, nullptr);
+    }
+    Widget spare() const { return spare_; }
+
+    /* Focuses the field, deletes what it holds with the keyboard and types `text`. */
+    void retype(Widget w, const char *text) {
+        xt::focus(w);
+        xt::key(XK_End);
+        for (std::size_t i = textOf(w).size(); i > 0; --i) xt::key(XK_BackSpace);
+        xt::type(text);
+    }
+    /* Moves the focus to the spare field, so that the focused field loses it. */
+    void leaveField() { xt::focus(spare_); }
+
+    /* Holds the pointer button on `w` until release(). */
+    void hold(Widget w) {
+        xt::movePointer(w);
+        xt::pressPointer();
+    }
+    void release() { xt::releasePointer(); }
+
+    BellCounter bells;
+
+private:
+    Widget row_ = nullptr;
+    Widget spare_ = nullptr;
+};
+
+} // namespace inputs
+
+#endif
