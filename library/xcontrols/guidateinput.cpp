@@ -130,25 +130,19 @@ XC_API GuiDateInput *GuiManageDateInput(Widget wYear, Widget wMonth, Widget wDay
     auto *input = xc::allocateRecord<GuiDateInput>(__func__);
     if (input == nullptr) return nullptr;
     *input = GuiDateInput{wYear, wMonth, wDay, wUp, wDown, wDay, nullptr, nullptr};
-    const auto hooks = hooksOf(input);
-    xc::addHooks(hooks.data(), hooks.size(), input);
+    xc::addHooks(hooksOf(input), input);
     return input;
 }
 
 XC_API void GuiAddDateInputCallback(GuiDateInput *pInput, GuiDateInputCallback fnCallback,
                                     void *pClientData) {
-    if (!xc::haveHandle(pInput, __func__)) return;
-    pInput->fnCallback = fnCallback;
-    pInput->pClientData = pClientData;
+    xc::setCallback(pInput, fnCallback, pClientData, __func__);
 }
 
 XC_API void GuiDateInputDestroy(GuiDateInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    const auto hooks = hooksOf(pInput);
-    xc::removeHooks(hooks.data(), hooks.size(), pInput);
-    xc::destroyWidgets(
-        {pInput->wYear, pInput->wMonth, pInput->wDay, pInput->wUp, pInput->wDown});
-    MemFreeInternal(&pInput);
+    xc::destroyControl(pInput, hooksOf(pInput),
+                       {pInput->wYear, pInput->wMonth, pInput->wDay, pInput->wUp, pInput->wDown});
 }
 
 XC_API void GuiDateInputSet(GuiDateInput *pInput, int32_t iYear, int32_t iMonth, int32_t iDay) {
@@ -186,9 +180,7 @@ XC_API int GuiDateInputGetTimeT(int32_t *pTime, GuiDateInput *pInput) {
 }
 
 XC_API int GuiDateInputGetYear(int32_t *piYear, GuiDateInput *pInput) {
-    if (!xc::haveHandle(pInput, __func__) || !xc::haveHandle(piYear, __func__)) return 0;
-    *piYear = xc::fieldNumber(pInput->wYear);
-    return 1;
+    return xc::readField(piYear, pInput, &GuiDateInput::wYear, __func__);
 }
 
 XC_API int GuiDateInputGetMonth(int32_t *piMonth, GuiDateInput *pInput) {
@@ -198,15 +190,13 @@ XC_API int GuiDateInputGetMonth(int32_t *piMonth, GuiDateInput *pInput) {
 }
 
 XC_API int GuiDateInputGetDay(int32_t *piDay, GuiDateInput *pInput) {
-    if (!xc::haveHandle(pInput, __func__) || !xc::haveHandle(piDay, __func__)) return 0;
-    *piDay = xc::fieldNumber(pInput->wDay);
-    return 1;
+    return xc::readField(piDay, pInput, &GuiDateInput::wDay, __func__);
 }
 
 XC_API void GuiDateInputSetSensitive(GuiDateInput *pInput, int32_t bSensitive) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    for (Widget w : {pInput->wDay, pInput->wMonth, pInput->wYear, pInput->wUp, pInput->wDown})
-        XtSetSensitive(w, bSensitive != 0);
+    xc::setSensitive({pInput->wDay, pInput->wMonth, pInput->wYear, pInput->wUp, pInput->wDown},
+                     bSensitive);
 }
 
 } // extern "C"

@@ -17,13 +17,16 @@ void addHooks(const InputHook *hooks, std::size_t count, XtPointer data) {
         XtAddCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, data);
 }
 
-void removeHooks(const InputHook *hooks, std::size_t count, XtPointer data) {
+void destroyControl(void *record, const InputHook *hooks, std::size_t count,
+                    std::initializer_list<Widget> widgets) {
     for (std::size_t i = 0; i < count; ++i)
-        XtRemoveCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, data);
+        XtRemoveCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, record);
+    for (Widget w : widgets) XtDestroyWidget(w);
+    MemFreeInternal(&record);
 }
 
-void destroyWidgets(std::initializer_list<Widget> widgets) {
-    for (Widget w : widgets) XtDestroyWidget(w);
+void setSensitive(std::initializer_list<Widget> widgets, int32_t sensitive) {
+    for (Widget w : widgets) XtSetSensitive(w, sensitive != 0);
 }
 
 bool haveWidgets(const char *function, std::initializer_list<Widget> widgets) {

@@ -2,6 +2,7 @@
 #ifndef XC_GUIINPUTKIT_H
 #define XC_GUIINPUTKIT_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -21,18 +22,50 @@ struct InputHook {
 
 /* Adds the hooks in order, each with `data` as client data. */
 void addHooks(const InputHook *hooks, std::size_t count, XtPointer data);
-/* Takes the same hooks off again, so that nothing reaches a handle that is about to be
-** freed while its widgets are still being destroyed (a focus move, a late disarm). */
-void removeHooks(const InputHook *hooks, std::size_t count, XtPointer data);
+template <std::size_t N>
+void addHooks(const std::array<InputHook, N> &hooks, XtPointer data) {
+    addHooks(hooks.data(), N, data);
+}
 
-/* Destroys the widgets in the order given. */
-void destroyWidgets(std::initializer_list<Widget> widgets);
+/* The end of a control: takes its hooks off (so that nothing reaches the record while
+** its widgets are still being destroyed: a focus move, a late disarm), destroys the
+** widgets in the order given and frees the record. */
+void destroyControl(void *record, const InputHook *hooks, std::size_t count,
+                    std::initializer_list<Widget> widgets);
+template <std::size_t N>
+void destroyControl(void *record, const std::array<InputHook, N> &hooks,
+                    std::initializer_list<Widget> widgets) {
+    destroyControl(record, hooks.data(), N, widgets);
+}
+
+/* XtSetSensitive on the widgets in the order given (non-zero flag: sensitive). */
+void setSensitive(std::initializer_list<Widget> widgets, int32_t sensitive);
 
 /* False, with a trace naming `function`, when a widget that a control needs is null. */
 bool haveWidgets(const char *function, std::initializer_list<Widget> widgets);
 /* False, with a trace naming `function`, when an operation is given a null handle or
 ** out pointer. */
 bool haveHandle(const void *handle, const char *function);
+
+/* The field's text read with atoi (text that is no number counts as 0). */
+int32_t fieldNumber(Widget field);
+
+/* Sets a control's value callback pair (fields fnCallback and pClientData). */
+template <typename Input, typename Callback>
+void setCallback(Input *input, Callback callback, void *clientData, const char *function) {
+    if (!haveHandle(input, function)) return;
+    input->fnCallback = callback;
+    input->pClientData = clientData;
+}
+
+/* Stores atoi of one of the control's fields at `out` and returns 1; 0 when the
+** control or `out` is null. */
+template <typename Input>
+int readField(int32_t *out, const Input *input, Widget Input::*field, const char *function) {
+    if (!haveHandle(input, function) || !haveHandle(out, function)) return 0;
+    *out = fieldNumber(input->*field);
+    return 1;
+}
 
 /* A zero-filled control record from the default pool, or null with a trace naming
 ** `function` when memory runs out. */
@@ -48,8 +81,6 @@ void highlightField(Widget field, XmHighlightMode mode);
 /* The focus went to `focused`: it becomes `*current` and carries the highlight. */
 void moveHighlight(Widget *current, Widget focused);
 
-/* The field's text read with atoi (text that is no number counts as 0). */
-int32_t fieldNumber(Widget field);
 /* Writes the value with at least two digits ("%02ld"). */
 void writeTwoDigits(Widget field, long value);
 

@@ -169,16 +169,13 @@ XC_API GuiNumInput *GuiManageNumInput(Widget wText, Widget wUp, Widget wDown, in
 
     XtVaSetValues(wText, XmNcursorPositionVisible, False, nullptr);
     writeInitial(wText, iInitial);
-    const auto hooks = hooksOf(input);
-    xc::addHooks(hooks.data(), hooks.size(), input);
+    xc::addHooks(hooksOf(input), input);
     return input;
 }
 
 XC_API void GuiAddNumInputCallback(GuiNumInput *pInput, GuiNumInputCallback fnCallback,
                                    void *pClientData) {
-    if (!xc::haveHandle(pInput, __func__)) return;
-    pInput->fnCallback = fnCallback;
-    pInput->pClientData = pClientData;
+    xc::setCallback(pInput, fnCallback, pClientData, __func__);
 }
 
 XC_API int GuiNumInputSet(GuiNumInput *pInput, int32_t iValue) {
@@ -208,18 +205,14 @@ XC_API void GuiNumInputChangeRange(GuiNumInput *pInput, int32_t iMin, int32_t iM
 
 XC_API void GuiNumInputSetSensitive(GuiNumInput *pInput, int32_t bSensitive) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    for (Widget w : {pInput->wText, pInput->wUp, pInput->wDown})
-        XtSetSensitive(w, bSensitive != 0);
+    xc::setSensitive({pInput->wText, pInput->wUp, pInput->wDown}, bSensitive);
 }
 
 XC_API void GuiNumInputDestroy(GuiNumInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
     /* A button destroyed while held is never disarmed: its timer must go here. */
     stopRepeat(pInput);
-    const auto hooks = hooksOf(pInput);
-    xc::removeHooks(hooks.data(), hooks.size(), pInput);
-    xc::destroyWidgets({pInput->wText, pInput->wUp, pInput->wDown});
-    MemFreeInternal(&pInput);
+    xc::destroyControl(pInput, hooksOf(pInput), {pInput->wText, pInput->wUp, pInput->wDown});
 }
 
 } // extern "C"

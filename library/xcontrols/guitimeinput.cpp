@@ -53,24 +53,19 @@ XC_API GuiTimeInput *GuiManageTimeInput(Widget wHours, Widget wMinutes, Widget w
     auto *input = xc::allocateRecord<GuiTimeInput>(__func__);
     if (input == nullptr) return nullptr;
     *input = GuiTimeInput{wHours, wMinutes, wUp, wDown, wHours, nullptr, nullptr, 0, 0, 0, 0};
-    const auto hooks = hooksOf(input);
-    xc::addHooks(hooks.data(), hooks.size(), input);
+    xc::addHooks(hooksOf(input), input);
     return input;
 }
 
 XC_API void GuiAddTimeInputCallback(GuiTimeInput *pInput, GuiTimeInputCallback fnCallback,
                                     void *pClientData) {
-    if (!xc::haveHandle(pInput, __func__)) return;
-    pInput->fnCallback = fnCallback;
-    pInput->pClientData = pClientData;
+    xc::setCallback(pInput, fnCallback, pClientData, __func__);
 }
 
 XC_API void GuiTimeInputDestroy(GuiTimeInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    const auto hooks = hooksOf(pInput);
-    xc::removeHooks(hooks.data(), hooks.size(), pInput);
-    xc::destroyWidgets({pInput->wHours, pInput->wMinutes, pInput->wUp, pInput->wDown});
-    MemFreeInternal(&pInput);
+    xc::destroyControl(pInput, hooksOf(pInput),
+                       {pInput->wHours, pInput->wMinutes, pInput->wUp, pInput->wDown});
 }
 
 XC_API void GuiTimeInputSetTimeT(GuiTimeInput *pInput, int32_t tTime) {
@@ -101,21 +96,16 @@ XC_API int GuiTimeInputGetTimeT(int32_t *pTime, GuiTimeInput *pInput) {
 }
 
 XC_API int GuiTimeInputGetHours(int32_t *piHours, GuiTimeInput *pInput) {
-    if (!xc::haveHandle(pInput, __func__) || !xc::haveHandle(piHours, __func__)) return 0;
-    *piHours = xc::fieldNumber(pInput->wHours);
-    return 1;
+    return xc::readField(piHours, pInput, &GuiTimeInput::wHours, __func__);
 }
 
 XC_API int GuiTimeInputGetMinutes(int32_t *piMinutes, GuiTimeInput *pInput) {
-    if (!xc::haveHandle(pInput, __func__) || !xc::haveHandle(piMinutes, __func__)) return 0;
-    *piMinutes = xc::fieldNumber(pInput->wMinutes);
-    return 1;
+    return xc::readField(piMinutes, pInput, &GuiTimeInput::wMinutes, __func__);
 }
 
 XC_API void GuiTimeInputSetSensitive(GuiTimeInput *pInput, int32_t bSensitive) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    for (Widget w : {pInput->wHours, pInput->wMinutes, pInput->wUp, pInput->wDown})
-        XtSetSensitive(w, bSensitive != 0);
+    xc::setSensitive({pInput->wHours, pInput->wMinutes, pInput->wUp, pInput->wDown}, bSensitive);
 }
 
 XC_API void GuiTimeInputSetMaxTime(GuiTimeInput *pInput, int32_t iHours, int32_t iMinutes) {
