@@ -109,7 +109,8 @@ void buildScreen(Widget parent, void *tree) {
     PoolVector<Widget> *outer = gPending;
     if (outer == nullptr) gPending = &pending;
     TreeWalk(tree, createNode, parent, 0);
-    TreeWalk(tree, layoutNode, parent, 0);
+    ItemIndex index(tree);
+    TreeWalk(tree, layoutNode, &index, 0);
     if (outer == nullptr) {
         gPending = nullptr;
         flushPending(pending);
@@ -125,9 +126,8 @@ int destroyRecord(void *, void *element) {
     trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
     switch (rec->widgetKind) {
     case WIDGET_PLAIN:
-        if (rec->widget) {
-            Widget w = rec->widget;
-            unmapWidget(w);
+        if (Widget w = rec->widget) {
+            if (XtIsRealized(w)) unmapWidget(w);
             XtDestroyWidget(w);
         }
         break;
@@ -150,10 +150,11 @@ int collectManaged(void *ctx, void *node) {
     return 1;
 }
 
-/* Takes the items' outer widgets out of their forms in one call per parent before they
-** are destroyed, so that a realized form does not lay out its remaining children again
-** after every single destruction. */
-void unmanageOuterWidgets(void *tree) {
+/* Takes the items' outer widgets out of their forms in one call per parent and drops
+** their windows in one request each before they are destroyed one by one: destroying a
+** realized, managed widget makes its form lay out the remaining children again and
+** costs a window request of its own, once per widget. */
+void retireOuterWidgets(void *tree) {
     PoolVector<Widget> widgets;
     TreeWalk(tree, collectManaged, &widgets, 0);
     std::stable_sort(widgets.begin(), widgets.end(),
@@ -165,10 +166,12 @@ void unmanageOuterWidgets(void *tree) {
             start = i;
         }
     }
+    for (Widget w : widgets)
+        if (XtIsRealized(w)) XtUnrealizeWidget(w);
 }
 
 void destroyWidgets(void *tree) {
-    unmanageOuterWidgets(tree);
+    retireOuterWidgets(tree);
     TreeWalkPostOrder(tree, destroyNodeWidgets, nullptr);
 }
 

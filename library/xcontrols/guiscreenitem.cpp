@@ -56,6 +56,22 @@ void *findItemNode(void *tree, int32_t itemId) {
 
 ScreenItem *findItem(void *tree, int32_t itemId) { return itemOf(findItemNode(tree, itemId)); }
 
+namespace {
+int indexItem(void *ctx, void *node) {
+    if (ScreenItem *item = itemOf(node)) static_cast<ItemIndex *>(ctx)->add(item);
+    return 1;
+}
+} // namespace
+
+ItemIndex::ItemIndex(void *tree) : tree_(tree) { TreeWalk(tree, indexItem, this, 0); }
+
+void ItemIndex::add(ScreenItem *item) { items_.emplace(item->itemId, item); }
+
+ScreenItem *ItemIndex::find(int32_t itemId) const {
+    auto it = items_.find(itemId);
+    return it == items_.end() ? nullptr : it->second;
+}
+
 oGuiData *createGuiData(void *node) {
     ScreenItem *item = itemOf(node);
     if (item == nullptr) return nullptr;

@@ -6,6 +6,9 @@
 #include "guicommon.h"
 #include "guiscreendef.h"
 
+#include <unordered_map>
+#include <utility>
+
 namespace xc::screen {
 
 /* ---- Items and their records -------------------------------------------------------- */
@@ -39,6 +42,21 @@ T *untaggedDataOf(const ScreenItem *item, const char *layout) {
 /* The first node of the item's tree, in pre-order, whose item has the id; null if none. */
 void *findItemNode(void *tree, int32_t itemId);
 ScreenItem *findItem(void *tree, int32_t itemId);
+
+/* The same search answered from a table made in one walk, for passes that search once
+** per item (the layout pass), where a walk per search would cost quadratic time. */
+class ItemIndex {
+public:
+    explicit ItemIndex(void *tree);
+    void *tree() const { return tree_; }
+    ScreenItem *find(int32_t itemId) const;
+    void add(ScreenItem *item); /* keeps the first item of each id */
+private:
+    using Entry = std::pair<const int32_t, ScreenItem *>;
+    void *tree_;
+    std::unordered_map<int32_t, ScreenItem *, std::hash<int32_t>, std::equal_to<int32_t>,
+                       PoolAllocator<Entry>> items_;
+};
 
 /* ---- The builders' common steps ----------------------------------------------------- */
 
@@ -92,8 +110,9 @@ Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args
 
 /* ---- Walks used by the driver -------------------------------------------------------- */
 
-/* The layout step of one node (attachments, visibility, sensitivity, grid). */
-int layoutNode(void *ctx, void *node);
+/* The layout step of one node (attachments, visibility, sensitivity, grid); the walk's
+** context is the ItemIndex of the screen's tree. */
+int layoutNode(void *index, void *node);
 
 /* Applies `hidden` and `disabled` of an item to its outer widget. */
 void applyVisibility(ScreenItem *item);

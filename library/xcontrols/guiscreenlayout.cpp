@@ -27,8 +27,8 @@ const SideResources kSides[4] = {
 
 /* The outer widget of the item `refId` when it can serve as an attachment of `self`:
 ** it exists, is not `self` and lies in the same form. */
-Widget referenceWidget(void *node, Widget self, int32_t refId) {
-    Widget ref = outerWidget(findItem(TreeFromNode(node), refId));
+Widget referenceWidget(const ItemIndex &index, Widget self, int32_t refId) {
+    Widget ref = outerWidget(index.find(refId));
     if (ref == nullptr || ref == self) return nullptr;
     if (XtParent(ref) != XtParent(self)) {
         trace(201, 0, "Attachment item %ld is not in the same form", static_cast<long>(refId));
@@ -37,7 +37,7 @@ Widget referenceWidget(void *node, Widget self, int32_t refId) {
     return ref;
 }
 
-void addSide(Args &args, void *node, Widget outer, int side, const ScreenAttachment *a) {
+void addSide(Args &args, const ItemIndex &index, Widget outer, int side, const ScreenAttachment *a) {
     const SideResources &r = kSides[side];
     if (a == nullptr) {
         args.add(r.offset, 0).add(r.attachment, XmATTACH_NONE);
@@ -48,7 +48,7 @@ void addSide(Args &args, void *node, Widget outer, int side, const ScreenAttachm
         args.add(r.offset, a->offset).add(r.attachment, XmATTACH_POSITION).add(r.position, a->position);
         break;
     case ATTACH_ITEM:
-        if (Widget ref = referenceWidget(node, outer, a->itemId))
+        if (Widget ref = referenceWidget(index, outer, a->itemId))
             args.add(r.offset, a->offset).add(r.attachment, XmATTACH_WIDGET)
                 .add(r.widget, reinterpret_cast<XtArgVal>(ref));
         break;
@@ -65,11 +65,11 @@ void addSide(Args &args, void *node, Widget outer, int side, const ScreenAttachm
     }
 }
 
-void applyAttachments(void *node, const ScreenItem *item, Widget outer) {
+void applyAttachments(const ItemIndex &index, const ScreenItem *item, Widget outer) {
     if (item->attachments == nullptr) return;
     Args args;
     for (int side = ATTACH_LEFT; side <= ATTACH_BOTTOM; ++side)
-        addSide(args, node, outer, side, item->attachments[side]);
+        addSide(args, index, outer, side, item->attachments[side]);
     XtSetValues(outer, args.list(), args.count());
 }
 
@@ -140,11 +140,11 @@ void applyVisibility(ScreenItem *item) {
     XtSetSensitive(outer, item->disabled == 1 ? False : True);
 }
 
-int layoutNode(void *, void *node) {
+int layoutNode(void *index, void *node) {
     ScreenItem *item = itemOf(node);
     if (item == nullptr) return 1;
     if (Widget outer = outerWidget(item)) {
-        applyAttachments(node, item, outer);
+        applyAttachments(*static_cast<const ItemIndex *>(index), item, outer);
         applyVisibility(item);
     }
     if (item->itemType == RowColManager) layoutGrid(node, item);
