@@ -10,12 +10,29 @@
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 
+#include <ostream>
 #include <string>
 
 #include "kx.h"
 #include "xcontrols/guicombo.h"
 
 namespace xt {
+
+/* What a combo shows and has reported: the selected position, the text field's text and
+** the number of callback calls. */
+struct Choice {
+    int selected;
+    std::string text;
+    int calls;
+    bool operator==(const Choice &o) const {
+        return selected == o.selected && text == o.text && calls == o.calls;
+    }
+};
+
+inline void PrintTo(const Choice &c, std::ostream *os) {
+    *os << "{selected " << c.selected << ", text \"" << c.text << "\", calls " << c.calls
+        << "}";
+}
 
 /* The screen form holds, from top to bottom: a small form that is the combo's parent
 ** (its drop-down goes into the screen form, under or over it), and a push button
@@ -87,6 +104,12 @@ protected:
     bool waitOpen() { return pumpUntil([this] { return dropDownOnTop(); }); }
     bool waitClosed() { return pumpUntil([this] { return dropDownHidden(); }); }
 
+    /* Clicks the drop button and waits for the drop-down to open. */
+    bool clickOpen() {
+        click(combo_->wButton);
+        return waitOpen();
+    }
+
     std::string text() const {
         char *s = GuiGetComboSelection(combo_);
         std::string out = s ? s : "<null>";
@@ -95,6 +118,8 @@ protected:
     }
 
     int selected() const { return GuiGetComboItemNumberSelected(combo_); }
+
+    Choice choice() const { return {selected(), text(), calls_}; }
 
     Widget focused() const { return XmGetFocusWidget(shell()); }
 

@@ -55,16 +55,14 @@ TEST_F(ComboDropDown, LabelRightAndDropDownAboveFollowTheFlags) {
     XtVaGetValues(combo_->wText, XmNeditable, &editable, nullptr);
     EXPECT_TRUE(editable);
 
-    click(combo_->wButton);
-    EXPECT_TRUE(waitOpen());
+    EXPECT_TRUE(clickOpen());
 }
 
 TEST_F(ComboDropDown, ButtonClicksToggleTheDropDownOverTheWidgetsUnderIt) {
     makeCombo();
     realize();
 
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen()) << "the first click opens the drop-down on top of its siblings";
+    ASSERT_TRUE(clickOpen()) << "the first click opens the drop-down on top of its siblings";
     EXPECT_EQ(combo_->bListShown, 1);
     EXPECT_EQ(focused(), combo_->wList);
 
@@ -77,16 +75,14 @@ TEST_F(ComboDropDown, ButtonClicksToggleTheDropDownOverTheWidgetsUnderIt) {
     pump();
     EXPECT_TRUE(dropDownHidden()) << "a keyboard activation after the closing click does nothing";
 
-    click(combo_->wButton);
-    EXPECT_TRUE(waitOpen()) << "the next click opens it again";
+    EXPECT_TRUE(clickOpen()) << "the next click opens it again";
 }
 
 TEST_F(ComboDropDown, ComboManagedAfterRealizeTogglesToo) {
     realize();
     makeCombo();
     pump();
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen());
+    ASSERT_TRUE(clickOpen());
     click(combo_->wButton);
     EXPECT_TRUE(waitClosed());
     pump();
@@ -106,8 +102,7 @@ TEST_F(ComboDropDown, KeyboardActivationOpensAFreshCombo) {
 TEST_F(ComboDropDown, PointerChoiceSetsTextClosesAndFocusesTheButton) {
     makeCombo();
     realize();
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen());
+    ASSERT_TRUE(clickOpen());
     calls_ = 0;
 
     clickItem(3);
@@ -121,8 +116,7 @@ TEST_F(ComboDropDown, PointerChoiceSetsTextClosesAndFocusesTheButton) {
 TEST_F(ComboDropDown, KeyboardBrowseKeepsTheDropDownOpenUntilReturn) {
     makeCombo();
     realize();
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen());
+    ASSERT_TRUE(clickOpen());
     ASSERT_EQ(focused(), combo_->wList);
     calls_ = 0;
 
@@ -145,8 +139,7 @@ TEST_F(ComboDropDown, KeyboardBrowseKeepsTheDropDownOpenUntilReturn) {
 TEST_F(ComboDropDown, FocusLeavingTheListClosesIt) {
     makeCombo();
     realize();
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen());
+    ASSERT_TRUE(clickOpen());
     focus(combo_->wText);
     EXPECT_TRUE(waitClosed());
 }
@@ -161,8 +154,7 @@ TEST_F(ComboDropDown, ComboBuiltUnrealizedOpensOnceRealized) {
     EXPECT_FALSE(isMapped(dropDown())) << "realizing does not show the drop-down";
     EXPECT_FALSE(isMapped(combo_->wList));
 
-    click(combo_->wButton);
-    EXPECT_TRUE(waitOpen());
+    EXPECT_TRUE(clickOpen());
     clickItem(2);
     EXPECT_TRUE(waitClosed());
     EXPECT_EQ(text(), itemText(2));
@@ -171,8 +163,7 @@ TEST_F(ComboDropDown, ComboBuiltUnrealizedOpensOnceRealized) {
 TEST_F(ComboDropDown, DestroyingAnOpenComboTakesItsDropDownAndFreesTheHandle) {
     makeCombo();
     realize();
-    click(combo_->wButton);
-    ASSERT_TRUE(waitOpen());
+    ASSERT_TRUE(clickOpen());
     const Window scrolled = XtWindow(dropDown());
     GuiCombo *gone = combo_;
     combo_ = nullptr;
