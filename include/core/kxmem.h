@@ -23,7 +23,8 @@ KX_API void *MemAllocateFromPool(size_t size, uint32_t poolId);
 /* Frees the block whose address is stored at `ppBlock` (a `T **` passed as void *)
 ** and sets that pointer to null. A null `ppBlock` or a null block is ignored. A pointer
 ** that is not a live block of any pool (a literal, a freed block) is never touched: the
-** variable is cleared, nothing is freed, and MemForeignFreeCount() counts it. */
+** variable is cleared, nothing is freed, and MemForeignFreeCount() counts it. An object
+** handle is not a block either: objects go with ObjReleaseInternal. */
 KX_API void MemFreeInternal(void *ppBlock);
 
 /* Copies `size` bytes; returns 1, or 0 when either pointer is null. */

@@ -24,7 +24,8 @@ KX_BEGIN_DECLS
 ** bytes), so a client declares a struct and a matching signature: "o;p;i;" is
 ** struct { void *o; void *p; int32_t i; }. When the last reference goes, every 'o'
 ** field's object is released and every 's' field freed (MemFreeInternal) before the
-** object itself is freed.
+** object itself is freed. While that happens the object counts as gone: a reference
+** that its fields hold back to it (a cycle) can neither revive nor free it twice.
 ** A signature that does not parse, or whose fields need more than `dataSize` bytes,
 ** makes creation fail. */
 
@@ -51,7 +52,8 @@ KX_API uint32_t ObjGetTag(const void *hObj);
 ** Owned by the object. */
 KX_API const char *ObjGetSignature(const void *hObj);
 
-/* 1 when `hObj` is a live object whose signature begins with `prefix`, else 0. */
+/* 1 when `hObj` is a live object whose signature begins with `prefix` (a null or empty
+** prefix matches every signature), else 0. */
 KX_API int ObjHasLayout(const void *hObj, const char *prefix);
 
 /* 1 when `hObj` is a live object carrying `tag`, else 0. */

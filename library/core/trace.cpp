@@ -17,7 +17,7 @@ struct Sink {
 };
 
 struct TraceState {
-    bool sinkChosen = false; /* false until KX_TRACE is read or TraceSetSink is called */
+    bool overridden = false; /* set by TraceSetSink; until then KX_TRACE decides */
     Sink sink;
     KxTraceHook hook = nullptr;
     void *hookCtx = nullptr;
@@ -36,13 +36,10 @@ Sink parseSink(const char *text) {
     return Sink{};
 }
 
-const Sink &currentSink() {
-    TraceState &s = state();
-    if (!s.sinkChosen) {
-        s.sink = parseSink(std::getenv("KX_TRACE"));
-        s.sinkChosen = true;
-    }
-    return s.sink;
+/* KX_TRACE is asked for every line, so a change of it takes effect at once. */
+Sink currentSink() {
+    const TraceState &s = state();
+    return s.overridden ? s.sink : parseSink(std::getenv("KX_TRACE"));
 }
 
 /* printf into a string of whatever length the arguments need. */
@@ -85,7 +82,7 @@ int TraceMessageVa(const char *component, int32_t msgNo, int32_t sub, int32_t le
         s.hook(s.hookCtx, name, msgNo, sub, level, text.c_str());
         done = true;
     }
-    const Sink &sink = currentSink();
+    const Sink sink = currentSink();
     if (sink.kind != SinkKind::Off) {
         std::string line = std::string(name) + "  " + std::to_string(msgNo) + "." +
                            std::to_string(sub) + " L" + std::to_string(level) + " " + text + "\n";
@@ -106,7 +103,7 @@ int TraceMessage(const char *component, int32_t msgNo, int32_t sub, int32_t leve
 void TraceSetSink(const char *sink) {
     TraceState &s = state();
     s.sink = parseSink(sink);
-    s.sinkChosen = true;
+    s.overridden = true;
 }
 
 void TraceSetCaptureHook(KxTraceHook hook, void *ctx) {

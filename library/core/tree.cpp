@@ -133,13 +133,21 @@ Node *appendNode(Tree *tree, Node *parent, void *cookie, int32_t cookieKind) {
     return node;
 }
 
+/* Calls fn for the node, which stays allocated during the call even if the callback
+** prunes it (it is then detached, so the walk ends after it). */
+bool visit(Node *node, TreeWalkFn fn, void *ctx) {
+    kx::Hold holdNode(node);
+    return fn(ctx, node) != 0;
+}
+
 /* Calls fn for each node in pre-order from `start`, inside the subtree of `top` (null:
-** to the end of the tree). The tree is held during the walk. */
+** to the end of the tree). The tree is held during the walk, so a callback may release
+** it. */
 int walkPreorder(Node *start, const Node *top, TreeWalkFn fn, void *ctx) {
     if (start == nullptr) return 1;
     kx::Hold holdTree(start->tree);
     for (Node *node = start; node != nullptr; node = preorderNext(node, top))
-        if (!fn(ctx, node)) return 0;
+        if (!visit(node, fn, ctx)) return 0;
     return 1;
 }
 
@@ -174,7 +182,7 @@ int TreeWalkPostOrder(void *hTree, TreeWalkFn fn, void *ctx) {
     kx::Hold holdTree(tree);
     for (Node *node = deepestFirst(tree->first); node != nullptr;
          node = postorderNext(node, nullptr))
-        if (!fn(ctx, node)) return 0;
+        if (!visit(node, fn, ctx)) return 0;
     return 1;
 }
 

@@ -1,0 +1,134 @@
+/* test_kx_mem.cpp - pool accounting and frees that must never crash. */
+#include "kxtest.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using MemTest = kxtest::PoolTest;
+
+TEST_F(MemTest, DefaultPoolIsStableAndNonZero) {
+    EXPECT_NE(MemGetDefaultPoolId(), 0u);
+    EXPECT_EQ(MemGetDefaultPoolId(), MemGetDefaultPoolId());
+}
+
+TEST_F(MemTest, AllocationsAreCountedPerPoolInBlocksAndBytes) {
+    const uint32_t other = MemPoolCreate("other");
+    ASSERT_NE(other, 0u);
+    ASSERT_NE(other, pool());
+    const int64_t defaultCount = MemPoolLiveCount(pool());
+    const int64_t defaultBytes = MemPoolLiveBytes(pool());
+
+    void *a = MemAllocateFromPool(100, other);
+    void *b = MemAllocateFromPool(28, other);
+    ASSERT_NE(a, nullptr);
+    ASSERT_NE(b, nullptr);
+    EXPECT_EQ(MemPoolLiveCount(other), 2);
+    EXPECT_EQ(MemPoolLiveBytes(other), 128);
+    EXPECT_EQ(MemPoolLiveCount(pool()), defaultCount) << "another pool's blocks leaked in";
+    EXPECT_EQ(MemPoolLiveBytes(pool()), defaultBytes);
+
+    MemFreeInternal(&a);
+    EXPECT_EQ(a, nullptr);
+    EXPECT_EQ(MemPoolLiveCount(other), 1);
+    EXPECT_EQ(MemPoolLiveBytes(other), 28);
+    MemFreeInternal(&b);
+    EXPECT_EQ(MemPoolLiveCount(other), 0);
+    EXPECT_EQ(MemPoolLiveBytes(other), 0);
+}
+
+TEST_F(MemTest, ZeroSizeGivesAUsableBlock) {
+    char *p = static_cast<char *>(MemAllocateFromPool(0, pool()));
+    ASSERT_NE(p, nullptr);
+    p[0] = 'x';
+    MemFreeInternal(&p);
+}
+
+TEST_F(MemTest, UnknownPoolsGiveNothing) {
+    EXPECT_EQ(MemAllocateFromPool(8, 0), nullptr);
+    EXPECT_EQ(MemAllocateFromPool(8, 0x7fffffffu), nullptr);
+    EXPECT_EQ(MemPoolLiveCount(0x7fffffffu), -1);
+    EXPECT_EQ(MemPoolLiveBytes(0), -1);
+}
+
+TEST_F(MemTest, ForeignPointersAreClearedCountedAndLeftAlone) {
+    const int64_t foreign = MemForeignFreeCount();
+
+    const char *literal = "a literal";
+    MemFreeInternal(&literal);
+    EXPECT_EQ(literal, nullptr);
+
+    void *block = MemAllocateFromPool(16, pool());
+    void *copy = block;
+    MemFreeInternal(&block);
+    MemFreeInternal(&copy); /* the same block a second time */
+    EXPECT_EQ(copy, nullptr);
+
+    void *fromMalloc = std::malloc(8);
+    void *alias = fromMalloc;
+    MemFreeInternal(&alias);
+    EXPECT_EQ(alias, nullptr);
+    std::memset(fromMalloc, 0, 8); /* still ours: not freed */
+    std::free(fromMalloc);
+
+    int onStack = 0;
+    void *stack = &onStack;
+    MemFreeInternal(&stack);
+
+    void *inside = static_cast<char *>(MemAllocateFromPool(16, pool()));
+    void *middle = static_cast<char *>(inside) + 4;
+    MemFreeInternal(&middle);
+    MemFreeInternal(&inside);
+
+    EXPECT_EQ(MemForeignFreeCount(), foreign + 5);
+}
+
+TEST_F(MemTest, ObjectHandlesAreNotBlocks) {
+    void *obj = nullptr;
+    ASSERT_TRUE(ObjCreateInternal(&obj, 8, 0x1234, "p;", 0, pool()));
+    void *alias = obj;
+    const int64_t foreign = MemForeignFreeCount();
+    MemFreeInternal(&alias);
+    EXPECT_EQ(MemForeignFreeCount(), foreign + 1);
+    EXPECT_EQ(ObjGetTag(obj), 0x1234u) << "MemFreeInternal must not free an object";
+    ObjReleaseInternal(&obj);
+}
+
+TEST_F(MemTest, NullsAreIgnored) {
+    const int64_t foreign = MemForeignFreeCount();
+    MemFreeInternal(nullptr);
+    void *none = nullptr;
+    MemFreeInternal(&none);
+    MemZero(nullptr, 10);
+    EXPECT_EQ(MemForeignFreeCount(), foreign);
+}
+
+TEST_F(MemTest, CopyAndZero) {
+    char src[] = "abcdef";
+    char dst[7] = {};
+    EXPECT_EQ(MemCopy(dst, src, sizeof src), 1);
+    EXPECT_STREQ(dst, "abcdef");
+    EXPECT_EQ(MemCopy(nullptr, src, 1), 0);
+    EXPECT_EQ(MemCopy(dst, nullptr, 1), 0);
+    MemZero(dst, 3);
+    EXPECT_EQ(dst[0], 0);
+    EXPECT_EQ(dst[2], 0);
+    EXPECT_EQ(dst[3], 'd');
+}
+
+TEST_F(MemTest, ManyBlocksFreedInAnyOrderBalanceTheAccount) {
+    constexpr int kBlocks = 10000;
+    const int64_t count = MemPoolLiveCount(pool());
+    const int64_t bytes = MemPoolLiveBytes(pool());
+    std::vector<void *> blocks;
+    for (int i = 0; i < kBlocks; ++i) blocks.push_back(MemAllocateFromPool(i % 64, pool()));
+    EXPECT_EQ(MemPoolLiveCount(pool()), count + kBlocks);
+    for (int i = 0; i < kBlocks; i += 2) MemFreeInternal(&blocks[i]);
+    for (int i = kBlocks - 1; i > 0; i -= 2) MemFreeInternal(&blocks[i]);
+    EXPECT_EQ(MemPoolLiveCount(pool()), count);
+    EXPECT_EQ(MemPoolLiveBytes(pool()), bytes);
+}
+
+} // namespace
