@@ -1,0 +1,28 @@
+/* gallery.h - the sections of the gallery window, one per family of controls. */
+#ifndef XC_GALLERY_H
+#define XC_GALLERY_H
+
+#include <X11/Intrinsic.h>
+
+namespace gallery {
+
+/* Builds a section's controls into `area`, an empty Form that nothing else uses. The
+** window is not realized yet; the Form grows to what the section puts in it. */
+using BuildSection = void (*)(Widget area);
+
+struct Section {
+    const char *title;
+    BuildSection build;
+};
+
+/* One file per section (section_*.cpp) defines its builder. */
+void buildComboSection(Widget area);
+
+/* The sections from top to bottom. A new control adds its builder here. */
+inline constexpr Section kSections[] = {
+    {"Combo boxes", buildComboSection},
+};
+
+} // namespace gallery
+
+#endif
