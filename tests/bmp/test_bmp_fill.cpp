@@ -1,0 +1,120 @@
+/* test_bmp_fill.cpp - the direct image fill lays out exactly the bytes that one
+** XPutPixel per pixel would, in every image format a server may ask for. */
+#include "bmptest.h"
+
+#include <random>
+
+#include "bmpdecode.h"
+#include "bmpfill.h"
+
+namespace {
+
+namespace bmp = xc::bmp;
+
+struct Format {
+    int depth;
+    int bitsPerPixel;
+    int byteOrder;
+    const char *name;
+};
+
+constexpr Format kFormats[] = {
+    {8, 8, LSBFirst, "8 bits"},
+    {15, 16, LSBFirst, "15 in 16 bits, LSB first"},
+    {16, 16, LSBFirst, "16 bits, LSB first"},
+    {16, 16, MSBFirst, "16 bits, MSB first"},
+    {24, 24, LSBFirst, "24 bits, LSB first"},
+    {24, 24, MSBFirst, "24 bits, MSB first"},
+    {24, 32, LSBFirst, "24 in 32 bits, LSB first"},
+    {24, 32, MSBFirst, "24 in 32 bits, MSB first"},
+    {32, 32, LSBFirst, "32 bits, LSB first"},
+    {32, 32, MSBFirst, "32 bits, MSB first"},
+    /* Not whole bytes per pixel: these go pixel by pixel. */
+    {4, 4, MSBFirst, "4 bits"},
+    {1, 1, MSBFirst, "1 bit"},
+};
+
+/* A ZPixmap image over zeroed memory, made without the server (XInitImage). */
+struct TestImage {
+    std::vector<char> data;
+    XImage image = {};
+
+    TestImage(const Format &f, int width, int height) {
+        image.width = width;
+        image.height = height;
+        image.format = ZPixmap;
+        image.byte_order = f.byteOrder;
+        image.bitmap_unit = 32;
+        image.bitmap_bit_order = MSBFirst;
+        image.bitmap_pad = 32;
+        image.depth = f.depth;
+        image.bits_per_pixel = f.bitsPerPixel;
+        image.bytes_per_line = ((width * f.bitsPerPixel + 31) / 32) * 4;
+        data.assign(size_t(image.bytes_per_line) * size_t(height), 0);
+        image.data = data.data();
+        EXPECT_NE(XInitImage(&image), 0) << f.name;
+    }
+};
+
+class BmpFill : public xt::XTest {};
+
+TEST_F(BmpFill, DirectFillEqualsOnePutPixelPerPixelInEveryFormat) {
+    std::mt19937 random(7);
+    bmpw::Indexed pic(13, 7); /* odd width: rows of every format end in padding */
+    bmpt::distinctPalette(pic);
+    for (uint8_t &index : pic.pixels) index = uint8_t(random());
+    pic.padding = 0xff;
+    const std::vector<uint8_t> file = bmpw::encode(pic);
+    bmp::Picture decoded;
+    ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
+
+    for (const Format &f : kFormats) {
+        const unsigned long mask = f.depth == 32 ? 0xffffffffUL : (1UL << f.depth) - 1;
+        unsigned long pixels[256];
+        for (unsigned long &p : pixels) p = random() & mask;
+
+        TestImage direct(f, pic.width, pic.height);
+        TestImage perPixel(f, pic.width, pic.height);
+        bmp::fillImage(&direct.image, decoded, pixels);
+        bmp::fillImagePerPixel(&perPixel.image, decoded, pixels);
+        EXPECT_EQ(direct.data, perPixel.data) << f.name;
+
+        /* And the per-pixel result is the picture, top row first. */
+        for (int32_t y = 0; y < pic.height; ++y)
+            for (int32_t x = 0; x < pic.width; ++x)
+                ASSERT_EQ(XGetPixel(&direct.image, x, y), pixels[pic.at(x, y)])
+                    << f.name << " at " << x << "," << y;
+    }
+}
+
+TEST_F(BmpFill, RowPaddingOfTheImageIsLeftAlone) {
+    bmpw::Indexed pic(3, 2, 1);
+    const std::vector<uint8_t> file = bmpw::encode(pic);
+    bmp::Picture decoded;
+    ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
+    unsigned long pixels[256] = {};
+    pixels[1] = 0xab;
+    TestImage image({8, 8, LSBFirst, "8 bits"}, 3, 2);
+    std::fill(image.data.begin(), image.data.end(), char(0x5a));
+    bmp::fillImage(&image.image, decoded, pixels);
+    const std::vector<char> expected = {char(0xab), char(0xab), char(0xab), 0x5a,
+                                        char(0xab), char(0xab), char(0xab), 0x5a};
+    EXPECT_EQ(image.data, expected);
+}
+
+TEST_F(BmpFill, DecodeCountsEachUsedIndexOnce) {
+    bmpw::Indexed pic(5, 3, 2);
+    pic.at(4, 0) = 9;
+    pic.padding = 9; /* padding bytes are not pixels */
+    const std::vector<uint8_t> file = bmpw::encode(pic);
+    bmp::Picture decoded;
+    ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
+    EXPECT_EQ(decoded.stride, 8u);
+    EXPECT_EQ(decoded.useCount[2], 14u);
+    EXPECT_EQ(decoded.useCount[9], 1u);
+    uint32_t total = 0;
+    for (uint32_t count : decoded.useCount) total += count;
+    EXPECT_EQ(total, 15u);
+}
+
+} // namespace
