@@ -1,0 +1,130 @@
+/* main.cpp - xcontrols-view: shows a plugin screen described in a JSON file and prints
+** the user's answers when the screen is closed by its CLOSE action. */
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "kx.h"
+#include "screenfile.h"
+#include "viewer.h"
+
+namespace {
+
+const char *kUsage =
+    "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json\n"
+    "\n"
+    "Shows the plugin screen described in SCREEN.json (see docs/screen-format.md).\n"
+    "When a CLOSE action fires, prints the job id and the value of every item as one\n"
+    "JSON document and exits 0; closing the window otherwise exits 1 and prints nothing.\n"
+    "\n"
+    "  --png PATH   render the screen to PATH once it is laid out, print PATH, exit 0\n"
+    "  --trace      write the library's trace lines to standard error\n"
+    "  --size WxH   window size in pixels (default: the file's, else the screen's own)\n"
+    "  --help       show this text\n"
+    "\n"
+    "Exit status: 0 answered or rendered, 1 closed without answer, 2 bad arguments or\n"
+    "bad screen file, 3 no display or the PNG could not be written.\n";
+
+struct Arguments {
+    viewer::Options options;
+    bool trace = false;
+    bool help = false;
+    std::string file;
+};
+
+bool parseSize(const std::string &text, int &width, int &height) {
+    char x = 0, end = 0;
+    return std::sscanf(text.c_str(), "%d%c%d%c", &width, &x, &height, &end) == 3 &&
+           (x == 'x' || x == 'X') && width > 0 && height > 0 && width <= 32767 &&
+           height <= 32767;
+}
+
+/* Reads the command line; on a mistake returns false with the reason. */
+bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) {
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        auto value = [&](std::string &out) {
+            if (i + 1 >= argc) {
+                error = "option " + arg + " needs a value";
+                return false;
+            }
+            out = argv[++i];
+            return true;
+        };
+        std::string size;
+        if (arg == "--help" || arg == "-h") {
+            args.help = true;
+        } else if (arg == "--trace") {
+            args.trace = true;
+        } else if (arg == "--png") {
+            if (!value(args.options.pngPath)) return false;
+        } else if (arg == "--size") {
+            if (!value(size)) return false;
+            if (!parseSize(size, args.options.width, args.options.height)) {
+                error = "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"" + size + "\"";
+                return false;
+            }
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            error = "unknown option " + arg;
+            return false;
+        } else if (!args.file.empty()) {
+            error = "one screen file only (got \"" + args.file + "\" and \"" + arg + "\")";
+            return false;
+        } else {
+            args.file = arg;
+        }
+    }
+    if (args.file.empty() && !args.help) error = "no screen file given";
+    return error.empty();
+}
+
+bool readFile(const std::string &path, std::string &text, std::string &error) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        error = std::strerror(errno);
+        return false;
+    }
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) {
+        error = "read error";
+        return false;
+    }
+    text = content.str();
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    Arguments args;
+    std::string error;
+    if (!parseArguments(argc, argv, args, error)) {
+        std::fprintf(stderr, "xcontrols-view: %s\n%s", error.c_str(), kUsage);
+        return viewer::kBadInput;
+    }
+    if (args.help) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+
+    std::string text;
+    if (!readFile(args.file, text, error)) {
+        std::fprintf(stderr, "xcontrols-view: cannot read %s: %s\n", args.file.c_str(), error.c_str());
+        return viewer::kBadInput;
+    }
+    screenfile::Loaded screen;
+    if (!screenfile::parse(text, screen, error)) {
+        std::fprintf(stderr, "xcontrols-view: %s: %s\n", args.file.c_str(), error.c_str());
+        return viewer::kBadInput;
+    }
+    for (const std::string &warning : screen.warnings)
+        std::fprintf(stderr, "xcontrols-view: %s: warning: %s\n", args.file.c_str(), warning.c_str());
+
+    if (args.trace) TraceSetSink("stderr");
+    // Only the program's name goes on to Xt: the options are all ours.
+    return viewer::show(screen, args.options, 1, argv);
+}

@@ -1,0 +1,73 @@
+/* screenfile.h - loads a plugin screen from its JSON file format and writes the answers.
+**
+** The format (docs/screen-format.md) mirrors the screen definition model of
+** guiscreendef.h: item types and action kinds by their names, item data fields by the
+** struct field names, attachments by side, children nested. Loading builds the tree a
+** client would build: ScreenItem objects as node cookies, item data objects with their
+** tag and signature, pool strings for text fields, action lists of ScreenAction
+** objects.
+*/
+#ifndef XC_SCREENFILE_H
+#define XC_SCREENFILE_H
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "guiscreendef.h"
+
+namespace screenfile {
+
+/* A loaded screen. Owns the tree (released when the object goes, unless taken) and the
+** attachment records that the items point to, which must outlive every use of the tree:
+** keep the Loaded alive as long as the tree is shown, even after take(). */
+class Loaded {
+public:
+    Loaded() = default;
+    ~Loaded();
+    Loaded(const Loaded &) = delete;
+    Loaded &operator=(const Loaded &) = delete;
+
+    void *tree() const { return tree_; }
+    /* Hands the tree's reference to the caller (for GuiFreeScreenDefAndWidgets). */
+    void *take();
+    /* Releases the tree and forgets everything loaded. */
+    void reset();
+
+    int32_t jobId = 0;
+    std::string title;             /* window title; empty: none given */
+    int32_t width = 0, height = 0; /* window size; 0: the screen's natural size */
+    /* Things that load but are probably mistakes: ids used twice, actions and
+    ** attachments naming ids that no item has. */
+    std::vector<std::string> warnings;
+
+private:
+    friend class Builder;
+    void *tree_ = nullptr;
+    std::deque<ScreenAttachment> sides_;
+    std::deque<std::array<ScreenAttachment *, 4>> arrays_;
+};
+
+/* Parses a screen file's text into `out` (whatever it held is released first). On
+** failure returns false, leaves `out` empty with nothing allocated, and sets `error` to
+** the place and the reason: "line L, column C: ..." for a syntax error, or a path into
+** the document such as "items[2].children[0].data.columns: expected an integer, got a
+** string" for a well-formed file that does not describe a screen. */
+bool parse(const std::string &text, Loaded &out, std::string &error);
+
+/* The answer document for a screen: {"jobId": N, "closedBy": ID or null, "values":
+** {"<id>": {...}, ...}} with one entry per item that holds a value (texts, selected
+** entries, set flags, numbers, dates and times, password fields), keyed by item id in
+** tree order; an id used twice answers for its first item. `closedBy` is the push button
+** whose press closed the screen, when one did. Pretty-printed, no final newline. */
+std::string answers(void *tree, int32_t jobId, std::optional<int32_t> closedBy = std::nullopt);
+
+/* The name of an item type code ("GroupBox"), or null for a code that has none. */
+const char *typeName(uint32_t code);
+
+} // namespace screenfile
+
+#endif

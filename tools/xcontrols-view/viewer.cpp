@@ -1,0 +1,176 @@
+/* viewer.cpp - the viewer's X session: start-up in the order a client of the library
+** follows, the event loop, the answers on CLOSE, and rendering to a PNG. */
+#include "viewer.h"
+
+#include <Xm/Form.h>
+#include <Xm/Protocols.h>
+#include <Xm/Xm.h>
+
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <thread>
+
+#include "guiscreendef.h"
+#include "kx.h"
+#include "xsnapshot.h"
+
+#if __has_include("guibmploader.h")
+#include "guibmploader.h"
+#define XCV_HAVE_BMPLOADER 1
+#endif
+#if __has_include("guimakegcsandfonts.h")
+#include "guimakegcsandfonts.h"
+#define XCV_HAVE_GCSANDFONTS 1
+#endif
+
+namespace viewer {
+namespace {
+
+/* How the shown screen ended. The close callback has no client data, so this is the
+** one place it can leave its news. */
+struct Outcome {
+    bool ended = false;
+    bool answered = false;
+    int32_t jobId = 0;
+    std::optional<int32_t> closedBy;
+};
+Outcome gOutcome;
+
+int onClose(int32_t jobId, void *) {
+    gOutcome.ended = gOutcome.answered = true;
+    gOutcome.jobId = jobId;
+    return 1;
+}
+
+/* Registered after the library's own activate handler, so it runs after the button's
+** actions: when they closed the screen, this button did it. */
+void onButtonActivated(Widget, XtPointer clientData, XtPointer) {
+    if (gOutcome.answered && !gOutcome.closedBy)
+        gOutcome.closedBy = static_cast<int32_t>(reinterpret_cast<intptr_t>(clientData));
+}
+
+int watchButton(void *, void *node) {
+    auto *item = static_cast<ScreenItem *>(TreeNodeCookie(node));
+    if (!ObjIsA(item, GUI_TAG_SCREEN_ITEM) || item->itemType != PushButton ||
+        !ObjIsA(item->guiData, GUI_TAG_GUIDATA))
+        return 1;
+    auto *record = static_cast<GuiWidgetRecord *>(ListFirstItem(item->guiData->widgetList));
+    if (ObjIsA(record, GUI_TAG_WIDGET) && record->widget)
+        XtAddCallback(record->widget, XmNactivateCallback, onButtonActivated,
+                      reinterpret_cast<XtPointer>(static_cast<intptr_t>(item->itemId)));
+    return 1;
+}
+
+void onWindowClosed(Widget, XtPointer, XtPointer) { gOutcome.ended = true; }
+
+const char *kFallbackResources[] = {
+    "*fontList: -*-helvetica-medium-r-normal-*-12-*-*-*-*-*-iso8859-1",
+    "*screen.marginWidth: 12",
+    "*screen.marginHeight: 12",
+    nullptr,
+};
+
+/* Processes events until the window is viewable and nothing has arrived for a while, so
+** that every item is laid out and drawn. False when the window never becomes viewable. */
+bool settle(XtAppContext app, Widget shell) {
+    using clock = std::chrono::steady_clock;
+    const auto deadline = clock::now() + std::chrono::seconds(10);
+    const auto quiet = std::chrono::milliseconds(150);
+    Display *dpy = XtDisplay(shell);
+    auto lastEvent = clock::now();
+    for (;;) {
+        XSync(dpy, False);
+        while (XtAppPending(app)) {
+            XtAppProcessEvent(app, XtIMAll);
+            lastEvent = clock::now();
+        }
+        XWindowAttributes attributes{};
+        bool viewable = XGetWindowAttributes(dpy, XtWindow(shell), &attributes) &&
+                        attributes.map_state == IsViewable;
+        if (viewable && clock::now() - lastEvent >= quiet) return true;
+        if (clock::now() > deadline) return viewable;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+/* The shared drawing resources of the library's controls, made once at start-up. */
+void createSharedResources(Widget shell) {
+#ifdef XCV_HAVE_BMPLOADER
+    GuiInitLoadBmps(shell);
+#endif
+#ifdef XCV_HAVE_GCSANDFONTS
+    GuiCreateGcsAndFonts(shell);
+#endif
+    (void)shell;
+}
+
+Widget createShell(Display *dpy, const screenfile::Loaded &screen, const Options &options) {
+    Widget shell = XtVaAppCreateShell("xcontrols-view", "XcontrolsView",
+                                      applicationShellWidgetClass, dpy, XmNdeleteResponse,
+                                      XmDO_NOTHING, nullptr);
+    if (!screen.title.empty()) XtVaSetValues(shell, XmNtitle, screen.title.c_str(), nullptr);
+    int width = options.width ? options.width : screen.width;
+    int height = options.height ? options.height : screen.height;
+    if (width > 0) XtVaSetValues(shell, XmNwidth, width, nullptr);
+    if (height > 0) XtVaSetValues(shell, XmNheight, height, nullptr);
+    Atom deleteWindow = XmInternAtom(dpy, const_cast<char *>("WM_DELETE_WINDOW"), False);
+    XmAddWMProtocolCallback(shell, deleteWindow, onWindowClosed, nullptr);
+    return shell;
+}
+
+ExitCode renderToPng(XtAppContext app, Widget shell, const std::string &path) {
+    if (!settle(app, shell)) {
+        std::fprintf(stderr, "xcontrols-view: the window did not appear\n");
+        return kFailed;
+    }
+    if (!XSnapshotWindowToPng(XtDisplay(shell), XtWindow(shell), path.c_str())) {
+        std::fprintf(stderr, "xcontrols-view: cannot write %s\n", path.c_str());
+        return kFailed;
+    }
+    std::printf("%s\n", path.c_str());
+    return kAnswered;
+}
+
+ExitCode runUntilClosed(XtAppContext app, void *tree) {
+    while (!gOutcome.ended) XtAppProcessEvent(app, XtIMAll);
+    if (!gOutcome.answered) return kDismissed;
+    std::printf("%s\n", screenfile::answers(tree, gOutcome.jobId, gOutcome.closedBy).c_str());
+    return kAnswered;
+}
+
+} // namespace
+
+ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char **argv) {
+    XtToolkitInitialize();
+    XtAppContext app = XtCreateApplicationContext();
+    XtAppSetFallbackResources(app, const_cast<String *>(kFallbackResources));
+    Display *dpy = XtOpenDisplay(app, nullptr, "xcontrols-view", "XcontrolsView", nullptr, 0,
+                                 &argc, argv);
+    if (!dpy) {
+        std::fprintf(stderr, "xcontrols-view: cannot open display \"%s\"\n", XDisplayName(nullptr));
+        XtDestroyApplicationContext(app);
+        return kFailed;
+    }
+
+    Widget shell = createShell(dpy, screen, options);
+    createSharedResources(shell);
+    Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
+    XtManageChild(form);
+    InitPluginScreens(onClose, nullptr);
+    void *tree = screen.take();
+    GuiCreatePlgScreen(form, tree, screen.jobId);
+    TreeWalk(tree, watchButton, nullptr, 0);
+    XtRealizeWidget(shell);
+
+    ExitCode status = options.pngPath.empty() ? runUntilClosed(app, tree)
+                                            : renderToPng(app, shell, options.pngPath);
+    std::fflush(stdout);
+    GuiFreeScreenDefAndWidgets(&tree);
+    XtDestroyWidget(shell);
+    XtCloseDisplay(dpy);
+    XtDestroyApplicationContext(app);
+    return status;
+}
+
+} // namespace viewer
