@@ -101,8 +101,9 @@ XC_API void GuiRemoveFromComboList(GuiCombo *combo, const char *text);
 ** field is emptied and position 1 selected. `notify` as for GuiChangeComboSelection. */
 XC_API void GuiReplaceComboList(GuiCombo *combo, int32_t count, char **texts, int32_t notify);
 
-/* Destroys the text field, the button and the list widget (the list takes its scrolled
-** window with it; the frame and label go with their parents) and frees the handle. */
+/* Closes the drop-down, destroys the text field, the button and the list widget, and
+** frees the handle. The list's scrolled window, the frame and the label are left to
+** whoever made them: they go with their parents. */
 XC_API void GuiDestroyCombo(GuiCombo *combo);
 
 /* Makes the text field and the button sensitive (flag != 0) or not. */

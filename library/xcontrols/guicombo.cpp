@@ -9,6 +9,10 @@
 
 #include "guicommon.h"
 
+/* Motif's destroy callback on a list made by XmCreateScrolledList, which destroys the
+** scrolled window with the list. Xm/XmP.h declares it outside its C linkage block. */
+extern "C" void _XmDestroyParentCallback(Widget, XtPointer, XtPointer);
+
 namespace {
 
 constexpr int32_t kTraceDestroy = 8;
@@ -270,6 +274,11 @@ XC_API void GuiDestroyCombo(GuiCombo *combo) {
     if (combo == nullptr) return;
     /* Destruction may move the focus; no handler may reach the handle after it goes. */
     removeBehaviour(combo);
+    if (combo->bListShown == 1) closeDropDown(combo);
+    /* A list made by XmCreateScrolledList would take its scrolled window with it; that
+    ** window belongs to whoever made it (a plugin screen destroys it itself) and goes
+    ** with its parent otherwise. */
+    XtRemoveCallback(combo->wList, XmNdestroyCallback, _XmDestroyParentCallback, nullptr);
     XtDestroyWidget(combo->wText);
     XtDestroyWidget(combo->wButton);
     XtDestroyWidget(combo->wList);
