@@ -317,6 +317,11 @@ XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef);
 /* Releases the tree at `*phScreenDef` and clears it; widgets are not touched. */
 XC_API void GuiFreeScreenDef(void *phScreenDef);
 
+/* Selects the radio button of `hButtonNode` within its radio manager: every toggle of the
+** manager's subtree is switched off, then the button's own on. Only the toggles change:
+** the set flags in the item data stay, and no radio callback or action runs. */
+XC_API void GuiSetRadioButton(void *hButtonNode);
+
 XC_END_DECLS
 
 #endif

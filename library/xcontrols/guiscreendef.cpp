@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "guicombo.h"
 #include "guiscreenitem.h"
 
 extern "C" {
@@ -27,15 +28,15 @@ constexpr ItemKind kItemKinds[] = {
     {GroupBox, "Create a GroupBox", buildGroupBox},
     {TabManager, "Create a TabManager", nullptr},
     {TabPage, "Create a TabPage", nullptr},
-    {ComboBox, "Create a ComboBox", nullptr},
+    {ComboBox, "Create a ComboBox", buildComboBox},
     {ComboItem, "Create a ComboItem", nullptr},
-    {ListBox, "Create a ListBox", nullptr},
+    {ListBox, "Create a ListBox", buildListBox},
     {ListItem, "Create a ListItem", nullptr},
-    {selectionItem, "Create a selectionItem", nullptr},
-    {RadioManager, "Create a RadioManager", nullptr},
+    {selectionItem, "Create a selectionItem", buildSelectionItem},
+    {RadioManager, "Create a RadioManager", buildRadioManager},
     {RadioButton, "Create a RadioButton", nullptr},
-    {PushButton, "Create a PushButton", nullptr},
-    {EditBox, "Create a EditBox", nullptr},
+    {PushButton, "Create a PushButton", buildPushButton},
+    {EditBox, "Create a EditBox", buildEditBox},
     {NumInput, "Create a NumInput", nullptr},
     {Label, "Create a Label", buildLabel},
     {RowColManager, "Create a Row Col Manager", buildRowColManager},
@@ -44,7 +45,7 @@ constexpr ItemKind kItemKinds[] = {
     {ChangePassword, "Create a Change password control", nullptr},
     {GetPasswordBox, "Create a GetPasswordBox", nullptr},
     {StackedTabManager, "Create a Stacked TabManager", nullptr},
-    {ExtendedListBox, "Create an extended ListBox", nullptr},
+    {ExtendedListBox, "Create an extended ListBox", buildListBox},
 };
 
 const ItemKind *kindOf(uint32_t type) {
@@ -125,6 +126,9 @@ int destroyRecord(void *, void *element) {
     if (rec == nullptr) return 1;
     trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
     switch (rec->widgetKind) {
+    case WIDGET_COMBO:
+        if (rec->combo) GuiDestroyCombo(static_cast<GuiCombo *>(rec->combo));
+        break;
     case WIDGET_PLAIN:
         if (Widget w = rec->widget) {
             if (XtIsRealized(w)) unmapWidget(w);

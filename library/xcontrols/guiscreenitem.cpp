@@ -1,5 +1,9 @@
 /* guiscreenitem.cpp - the plugin screen's shared steps: items, GUI data, widget records,
 ** the parent of an item and searches by item id. */
+#include <Xm/ScrolledW.h>
+
+#include <cstdio>
+
 #include "guiscreenitem.h"
 
 namespace xc::screen {
@@ -115,6 +119,18 @@ void addWidget(oGuiData *gui, Widget w) {
 Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args) {
     args.add(XtNmappedWhenManaged, False);
     return XtCreateWidget(name, cls, parent, args.list(), args.count());
+}
+
+Widget createScrolled(Widget parent, const char *name, WidgetClass cls, Args &windowArgs,
+                      Args &childArgs) {
+    char windowName[64];
+    std::snprintf(windowName, sizeof windowName, "%sSW", name);
+    windowArgs.add(XmNscrollingPolicy, XmAPPLICATION_DEFINED).add(XmNvisualPolicy, XmVARIABLE)
+        .add(XmNscrollBarDisplayPolicy, XmSTATIC).add(XmNshadowThickness, 0);
+    Widget window = XtCreateWidget(windowName, xmScrolledWindowWidgetClass, parent,
+                                   windowArgs.list(), windowArgs.count());
+    manage(window);
+    return XtCreateWidget(name, cls, window, childArgs.list(), childArgs.count());
 }
 
 } // namespace xc::screen

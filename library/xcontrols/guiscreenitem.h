@@ -121,8 +121,20 @@ void applyVisibility(ScreenItem *item);
 ** update does not know. */
 int updateItem(void *shownNode, void *updateNode);
 
-/* Runs the item's actions, plain or inverted, on the screen of the node (actions). */
+/* Runs the actions of the node's item, plain or inverted, on the screen that the node
+** belongs to. A CLOSE may let the client free the screen: callers touch nothing of the
+** node or its tree afterwards. */
 void runActions(void *node, bool inverted);
+
+/* The close callback registered with InitPluginScreens, or null. */
+GuiPlgCloseFn closeCallback();
+
+/* Creates a scrolled window in `parent` and the child of `cls` named `name` inside it, as
+** Motif's scrolled list and text do, but unmanaged so that the build batch can manage
+** both. `windowArgs` go to the scrolled window, `childArgs` to the child. Returns the
+** child; its Xt parent is the scrolled window. */
+Widget createScrolled(Widget parent, const char *name, WidgetClass cls, Args &windowArgs,
+                      Args &childArgs);
 
 /* Builder signature: (screen's parent widget, node). */
 using Builder = void (*)(Widget parent, void *node);
@@ -130,6 +142,12 @@ using Builder = void (*)(Widget parent, void *node);
 void buildGroupBox(Widget parent, void *node);
 void buildLabel(Widget parent, void *node);
 void buildRowColManager(Widget parent, void *node);
+void buildPushButton(Widget parent, void *node);
+void buildEditBox(Widget parent, void *node);
+void buildSelectionItem(Widget parent, void *node);
+void buildRadioManager(Widget parent, void *node);
+void buildListBox(Widget parent, void *node);
+void buildComboBox(Widget parent, void *node);
 
 } // namespace xc::screen
 
