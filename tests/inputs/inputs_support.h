@@ -12,6 +12,7 @@
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 
+#include <initializer_list>
 #include <string>
 
 namespace inputs {
@@ -61,6 +62,27 @@ private:
     int count_ = 0;
 };
 
+/* The widgets of a date or time input, as a caller makes them. */
+struct DateWidgets {
+    Widget day, month, year, up, down;
+};
+struct TimeWidgets {
+    Widget hours, minutes, up, down;
+};
+
+/* Counts how many of the watched widgets have been destroyed. */
+class DestroyCounter {
+public:
+    void watch(std::initializer_list<Widget> widgets) {
+        for (Widget w : widgets) XtAddCallback(w, XmNdestroyCallback, onDestroy, &count_);
+    }
+    int count() const { return count_; }
+
+private:
+    static void onDestroy(Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); }
+    int count_ = 0;
+};
+
 /* The text of a text field or text widget. */
 inline std::string textOf(Widget w) {
     char *text = XmTextGetString(w);
@@ -92,6 +114,17 @@ protected:
                                        direction, XmNwidth, 24, XmNheight, 24, nullptr);
     }
     Widget spare() const { return spare_; }
+
+    /* The fields of a date input from left to right as the plugin screens lay them out
+    ** (day, month, year), then its buttons. */
+    DateWidgets dateWidgets() {
+        return {field("day", 2), field("month", 6), field("year", 4), arrow("up", XmARROW_UP),
+                arrow("down", XmARROW_DOWN)};
+    }
+    TimeWidgets timeWidgets() {
+        return {field("hours", 2), field("minutes", 2), arrow("up", XmARROW_UP),
+                arrow("down", XmARROW_DOWN)};
+    }
 
     /* Focuses the field, deletes what it holds with the keyboard and types `text`. */
     void retype(Widget w, const char *text) {

@@ -231,12 +231,11 @@ TEST_F(NumInputTest, SensitivityCoversTheFieldAndBothButtons) {
 
 TEST_F(NumInputTest, DestroyTakesTheWidgetsWithIt) {
     GuiNumInput *input = make(10, 1, 5, 0, 0);
-    int destroyed = 0;
-    auto count = [](Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); };
-    for (Widget w : {text, up, down}) XtAddCallback(w, XmNdestroyCallback, count, &destroyed);
+    inputs::DestroyCounter destroyed;
+    destroyed.watch({text, up, down});
     GuiNumInputDestroy(input);
     xt::pump();
-    EXPECT_EQ(destroyed, 3);
+    EXPECT_EQ(destroyed.count(), 3);
 }
 
 /* The button is destroyed while held, so it is never disarmed: the pending repeat must
