@@ -79,6 +79,18 @@ int createNode(void *ctx, void *node) {
 
 PoolVector<Widget> *gPending = nullptr;
 
+/* Manages one batch of children of one parent. A realized parent lays the batch out at
+** once, at the sizes the children have then; a container that was never realized has
+** not laid out its own children yet and has no size (Xt lays it out only when it
+** realizes it, after the parent has placed it). Realizing such containers first, while
+** still unmanaged, gives them their size before the parent places them. */
+void manageBatch(PoolVector<Widget> &batch) {
+    if (XtIsRealized(XtParent(batch.front())))
+        for (Widget w : batch)
+            if (XtIsComposite(w) && !XtIsRealized(w)) XtRealizeWidget(w);
+    XtManageChildren(batch.data(), static_cast<Cardinal>(batch.size()));
+}
+
 /* Manages the queued widgets: one XtManageChildren per parent, parents in the reverse
 ** order of their first appearance, so inner containers are complete before the
 ** container that holds them is managed into a realized form. */
@@ -98,7 +110,7 @@ void flushPending(PoolVector<Widget> &pending) {
     for (size_t i = 0; i < order.size(); ++i) {
         batch.push_back(order[i].second);
         if (i + 1 == order.size() || order[i + 1].first != order[i].first) {
-            XtManageChildren(batch.data(), static_cast<Cardinal>(batch.size()));
+            manageBatch(batch);
             batch.clear();
         }
     }

@@ -9,24 +9,100 @@ void *newObject(uint32_t tag, const char *signature, uint32_t size) {
     return h;
 }
 
-char *poolText(const char *text) { return StrDuplicateIntoPool(text, MemGetDefaultPoolId()); }
+char *poolText(const char *text) {
+    return text ? StrDuplicateIntoPool(text, MemGetDefaultPoolId()) : nullptr;
+}
 
-void *labelData(const char *text) {
-    auto *d = newData<LabelData>(GUI_TAG_LABEL, GUI_LABEL_SIGNATURE);
+namespace {
+/* The two shapes that many item data records share: a text ("s;"), and a text with a
+** flag ("s;i;"). */
+struct Text {
+    char *text;
+};
+struct TextAndFlag {
+    char *text;
+    int32_t flag;
+};
+
+void *textData(uint32_t tag, const char *signature, const char *text) {
+    auto *d = newData<Text>(tag, signature);
     d->text = poolText(text);
     return d;
 }
 
-void *groupBoxData(const char *title) {
-    auto *d = newData<GroupBoxData>(GUI_TAG_GROUPBOX, GUI_GROUPBOX_SIGNATURE);
-    d->title = poolText(title);
+void *textAndFlagData(uint32_t tag, const char *signature, const char *text, int32_t flag) {
+    auto *d = newData<TextAndFlag>(tag, signature);
+    d->text = poolText(text);
+    d->flag = flag;
     return d;
+}
+} // namespace
+
+void *labelData(const char *text) { return textData(GUI_TAG_LABEL, GUI_LABEL_SIGNATURE, text); }
+
+void *groupBoxData(const char *title) {
+    return textData(GUI_TAG_GROUPBOX, GUI_GROUPBOX_SIGNATURE, title);
 }
 
 void *rowColData(int32_t columns) {
     auto *d = newData<RowColManagerData>(GUI_TAG_ROWCOL, GUI_ROWCOL_SIGNATURE);
     d->columns = columns;
     return d;
+}
+
+void *pushButtonData(const char *label) {
+    return textData(GUI_TAG_PUSHBUTTON, GUI_PUSHBUTTON_SIGNATURE, label);
+}
+
+void *editBoxData(int32_t maxLength, int32_t columns, int32_t rows, const char *text) {
+    auto *d = newData<EditBoxData>(GUI_TAG_EDITBOX, GUI_EDITBOX_SIGNATURE);
+    d->maxLength = maxLength;
+    d->columns = columns;
+    d->rows = rows;
+    d->text = poolText(text);
+    return d;
+}
+
+void *selectionData(const char *label, int32_t set) {
+    return textAndFlagData(GUI_TAG_SELECTION, GUI_SELECTION_SIGNATURE, label, set);
+}
+
+void *radioManagerData() {
+    return newData<RadioManagerData>(GUI_TAG_RADIOMANAGER, GUI_RADIOMANAGER_SIGNATURE);
+}
+
+void *radioButtonData(const char *label, int32_t set) {
+    return textAndFlagData(GUI_TAG_RADIOBUTTON, GUI_RADIOBUTTON_SIGNATURE, label, set);
+}
+
+void *listBoxData(int32_t multiple) {
+    auto *d = newData<ListBoxData>(GUI_TAG_LISTBOX, GUI_LISTBOX_SIGNATURE);
+    d->multiple = multiple;
+    return d;
+}
+
+void *extendedListBoxData(int32_t multiple, int32_t width, int32_t visible) {
+    auto *d = newData<ExtendedListBoxData>(GUI_TAG_EXTLISTBOX, GUI_EXTLISTBOX_SIGNATURE);
+    d->multiple = multiple;
+    d->width = width;
+    d->visible = visible;
+    return d;
+}
+
+void *listItemData(const char *text, int32_t selected) {
+    return textAndFlagData(GUI_TAG_LISTITEM, GUI_LISTITEM_SIGNATURE, text, selected);
+}
+
+void *comboBoxData(int32_t selected, int32_t userEntry, int32_t columns) {
+    auto *d = newData<ComboBoxData>(GUI_TAG_COMBOBOX, GUI_COMBOBOX_SIGNATURE);
+    d->selected = selected;
+    d->userEntry = userEntry;
+    d->columns = columns;
+    return d;
+}
+
+void *comboItemData(const char *text) {
+    return textData(GUI_TAG_COMBOITEM, GUI_COMBOITEM_SIGNATURE, text);
 }
 
 Screen::Screen() { TreeCreateFromPool(&tree_, 0, MemGetDefaultPoolId()); }

@@ -18,13 +18,23 @@ template <typename T>
 T *newData(uint32_t tag, const char *signature) {
     return static_cast<T *>(newObject(tag, signature, sizeof(T)));
 }
-/* A pool copy of a text, for 's' fields. */
+/* A pool copy of a text, for 's' fields (null stays null). */
 char *poolText(const char *text);
 
 /* Item data of the common types (one reference each, for Screen::add to take over). */
 void *labelData(const char *text);
 void *groupBoxData(const char *title);
 void *rowColData(int32_t columns);
+void *pushButtonData(const char *label);
+void *editBoxData(int32_t maxLength, int32_t columns, int32_t rows, const char *text = nullptr);
+void *selectionData(const char *label, int32_t set);
+void *radioManagerData();
+void *radioButtonData(const char *label, int32_t set);
+void *listBoxData(int32_t multiple);
+void *extendedListBoxData(int32_t multiple, int32_t width, int32_t visible);
+void *listItemData(const char *text, int32_t selected = 0);
+void *comboBoxData(int32_t selected, int32_t userEntry, int32_t columns = 0);
+void *comboItemData(const char *text);
 
 /* A screen definition tree that a test builds and that is released when the object
 ** goes, unless the test released it (GuiFreeScreenDefAndWidgets(tree slot)). */
