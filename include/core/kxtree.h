@@ -38,9 +38,9 @@ KX_API void *TreeAddItem(void *hParent, void *cookie, int32_t cookieKind);
 /* Pre-order walk of every node (parent before children, children in order) calling
 ** fn(ctx, node); a result of 0 ends it. `reserved` must be 0. Returns 1 when the walk
 ** reached the end, 0 when it was ended. The tree stays alive during the walk even if a
-** callback releases it. A callback may prune nodes: a pruned node is never visited,
-** and pruning the node being visited (or an ancestor of it) ends the walk after that
-** call. */
+** callback releases it. A callback may prune nodes: a pruned node is never visited; when
+** it prunes the node it was given, the walk goes on with the node that followed that
+** node's subtree, and ends when that one was pruned as well. */
 KX_API int TreeWalk(void *hTree, TreeWalkFn fn, void *ctx, int32_t reserved);
 /* Post-order walk: children before their parent. */
 KX_API int TreeWalkPostOrder(void *hTree, TreeWalkFn fn, void *ctx);

@@ -12,17 +12,22 @@
 
 namespace {
 
-/* The home beside the directory of this shared library, resolved when it exists. */
+/* `path` made absolute and free of "." and ".." when it exists; else as it is. */
+std::string resolved(const std::string &path) {
+    char buffer[PATH_MAX];
+    return realpath(path.c_str(), buffer) ? std::string(buffer) : path;
+}
+
+/* The home beside the directory of this shared library (whatever the current directory
+** was when the library was loaded from a relative path). */
 std::string homeBesideLibrary() {
     Dl_info info{};
     if (dladdr(reinterpret_cast<void *>(&PathHomeDir), &info) == 0 || info.dli_fname == nullptr)
         return std::string();
-    std::string library = info.dli_fname;
-    size_t slash = library.rfind('/');
-    std::string dir = slash == std::string::npos ? "." : library.substr(0, slash);
-    std::string home = dir + "/" + KX_HOME_FROM_LIBDIR;
-    char resolved[PATH_MAX];
-    return realpath(home.c_str(), resolved) ? std::string(resolved) : home;
+    const std::string library = info.dli_fname;
+    const size_t slash = library.rfind('/');
+    const std::string dir = resolved(slash == std::string::npos ? "." : library.substr(0, slash));
+    return resolved(dir + "/" + KX_HOME_FROM_LIBDIR);
 }
 
 } // namespace

@@ -53,13 +53,17 @@ Node *asNode(void *h) {
     return node != nullptr && node->tree != nullptr ? node : nullptr;
 }
 
-/* The next node in pre-order, staying inside the subtree of `top` (null: the whole
-** tree). */
-Node *preorderNext(Node *node, const Node *top) {
-    if (node->firstChild != nullptr) return node->firstChild;
+/* The first node after the subtree of `node` in pre-order, staying inside the subtree
+** of `top` (null: the whole tree). */
+Node *preorderNextOutside(Node *node, const Node *top) {
     for (; node != nullptr && node != top; node = node->parent)
         if (node->next != nullptr) return node->next;
     return nullptr;
+}
+
+/* The next node in pre-order, staying inside the subtree of `top`. */
+Node *preorderNext(Node *node, const Node *top) {
+    return node->firstChild != nullptr ? node->firstChild : preorderNextOutside(node, top);
 }
 
 Node *deepestFirst(Node *node) {
@@ -133,21 +137,27 @@ Node *appendNode(Tree *tree, Node *parent, void *cookie, int32_t cookieKind) {
     return node;
 }
 
-/* Calls fn for the node, which stays allocated during the call even if the callback
-** prunes it (it is then detached, so the walk ends after it). */
-bool visit(Node *node, TreeWalkFn fn, void *ctx) {
-    kx::Hold holdNode(node);
-    return fn(ctx, node) != 0;
+bool attached(const Node *node) {
+    return node != nullptr && node->tree != nullptr;
 }
 
-/* Calls fn for each node in pre-order from `start`, inside the subtree of `top` (null:
-** to the end of the tree). The tree is held during the walk, so a callback may release
-** it. */
-int walkPreorder(Node *start, const Node *top, TreeWalkFn fn, void *ctx) {
+using Step = Node *(*)(Node *, const Node *);
+
+/* Calls fn for each node from `start`, going on with `next` inside the subtree of `top`
+** (null: to the end of the tree). The tree is held during the walk, so a callback may
+** release it. The visited node and the node after its subtree are held during the
+** call, so a callback may prune: after a pruned visited node the walk goes on with the
+** node that followed its subtree, and ends if that one was pruned too. */
+int walk(Node *start, const Node *top, Step next, Step nextOutside, TreeWalkFn fn, void *ctx) {
     if (start == nullptr) return 1;
     kx::Hold holdTree(start->tree);
-    for (Node *node = start; node != nullptr; node = preorderNext(node, top))
-        if (!visit(node, fn, ctx)) return 0;
+    for (Node *node = start; node != nullptr;) {
+        kx::Hold holdNode(node);
+        Node *after = nextOutside(node, top);
+        kx::Hold holdAfter(after);
+        if (!fn(ctx, node)) return 0;
+        node = attached(node) ? next(node, top) : attached(after) ? after : nullptr;
+    }
     return 1;
 }
 
@@ -173,23 +183,20 @@ void *TreeAddItem(void *hParent, void *cookie, int32_t cookieKind) {
 int TreeWalk(void *hTree, TreeWalkFn fn, void *ctx, int32_t reserved) {
     Tree *tree = asTree(hTree);
     if (tree == nullptr || fn == nullptr || reserved != 0) return 1;
-    return walkPreorder(tree->first, nullptr, fn, ctx);
+    return walk(tree->first, nullptr, preorderNext, preorderNextOutside, fn, ctx);
 }
 
 int TreeWalkPostOrder(void *hTree, TreeWalkFn fn, void *ctx) {
     Tree *tree = asTree(hTree);
     if (tree == nullptr || fn == nullptr || tree->first == nullptr) return 1;
-    kx::Hold holdTree(tree);
-    for (Node *node = deepestFirst(tree->first); node != nullptr;
-         node = postorderNext(node, nullptr))
-        if (!visit(node, fn, ctx)) return 0;
-    return 1;
+    /* Children come first, so what follows a node's subtree is simply what follows it. */
+    return walk(deepestFirst(tree->first), nullptr, postorderNext, postorderNext, fn, ctx);
 }
 
 int TreeWalkFromNode(void *hNode, TreeWalkFn fn, void *ctx, int32_t reserved) {
     Node *node = asNode(hNode);
     if (node == nullptr || fn == nullptr || reserved != 0) return 1;
-    return walkPreorder(node, node, fn, ctx);
+    return walk(node, node, preorderNext, preorderNextOutside, fn, ctx);
 }
 
 int TreeSearchFromNode(void *phResult, void *hStart, TreeSearchFn pred, void *key,

@@ -190,17 +190,37 @@ TEST_F(SmallTree, PruningFirstMiddleAndLastSiblingsKeepsTheChainsRight) {
     ASSERT_TRUE(TreePruneBranch(n[6]));
     EXPECT_EQ(TreeFirstNode(tree), nullptr);
     EXPECT_EQ(TreeNodeCount(tree), 0);
-    n[9] = TreeAddRootItem(tree, word(9), KX_TREE_COOKIE_WORD);
+    ASSERT_NE(TreeAddRootItem(tree, word(9), KX_TREE_COOKIE_WORD), nullptr);
     EXPECT_EQ(preorder(), (Words{9}));
 }
 
-TEST_F(SmallTree, ACallbackThatPrunesTheVisitedNodeEndsTheWalkSafely) {
+TEST_F(SmallTree, ACallbackThatPrunesTheVisitedNodeGoesOnAfterItsSubtree) {
     Trail trail;
     trail.stopAt = 2;
     trail.pruneAt = n[2];
     EXPECT_EQ(TreeWalk(tree, follow, &trail, 0), 1);
-    EXPECT_EQ(trail.words, (Words{1, 2}));
+    EXPECT_EQ(trail.words, (Words{1, 2, 5, 6, 7}));
     EXPECT_EQ(preorder(), (Words{1, 5, 6, 7}));
+}
+
+TEST_F(SmallTree, ACallbackThatPrunesAnAncestorOfTheVisitedNodeEndsTheWalk) {
+    Trail trail;
+    trail.stopAt = 3;
+    trail.pruneAt = n[1];
+    EXPECT_EQ(TreeWalkFromNode(n[2], follow, &trail, 0), 1);
+    EXPECT_EQ(trail.words, (Words{2, 3}));
+    EXPECT_EQ(preorder(), (Words{6, 7}));
+}
+
+TEST_F(SmallTree, APostOrderWalkMayPruneEveryNodeItVisits) {
+    Trail trail;
+    EXPECT_EQ(TreeWalkPostOrder(tree, [](void *ctx, void *node) {
+        static_cast<Trail *>(ctx)->words.push_back(wordOf(node));
+        return TreePruneBranch(node);
+    }, &trail), 1);
+    EXPECT_EQ(trail.words, (Words{3, 4, 2, 5, 1, 7, 6}));
+    EXPECT_EQ(TreeNodeCount(tree), 0);
+    EXPECT_EQ(TreeFirstNode(tree), nullptr);
 }
 
 TEST_F(SmallTree, ACallbackMayPruneNodesAheadOfTheWalk) {

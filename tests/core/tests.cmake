@@ -47,3 +47,28 @@ target_compile_options(kx_public_headers PRIVATE -Werror
 add_test(NAME public_headers_c_and_cpp
   COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target kx_public_headers)
 set_tests_properties(public_headers_c_and_cpp PROPERTIES TIMEOUT 600)
+
+# The base runtime's tests once more against an AddressSanitizer and
+# UndefinedBehaviorSanitizer build of the runtime: it is small, and a use after free in
+# a walk or a release shows only there. (A build with XC_SANITIZE has this already.)
+if(NOT XC_SANITIZE)
+  set(KX_SANITIZE_FLAGS -fsanitize=address,undefined -fno-omit-frame-pointer
+      -fno-sanitize-recover=undefined)
+  file(GLOB KX_CORE_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/library/core/*.cpp)
+  add_library(kx_sanitized STATIC ${KX_CORE_SOURCES})
+  target_include_directories(kx_sanitized PUBLIC ${PROJECT_SOURCE_DIR}/include/core)
+  target_compile_definitions(kx_sanitized PRIVATE KX_HOME_FROM_LIBDIR="${XC_HOME_FROM_LIBDIR}")
+  target_compile_options(kx_sanitized PUBLIC ${KX_SANITIZE_FLAGS})
+  target_link_options(kx_sanitized PUBLIC ${KX_SANITIZE_FLAGS})
+  target_link_libraries(kx_sanitized PRIVATE PkgConfig::SODIUM ${CMAKE_DL_LIBS})
+
+  file(GLOB KX_CORE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_kx_*.cpp)
+  foreach(src ${KX_CORE_TESTS})
+    get_filename_component(name ${src} NAME_WE)
+    add_executable(${name}_sanitized ${src})
+    target_link_libraries(${name}_sanitized PRIVATE kx_sanitized GTest::gtest GTest::gtest_main)
+    add_test(NAME ${name}_sanitized COMMAND ${name}_sanitized)
+    set_tests_properties(${name}_sanitized PROPERTIES TIMEOUT 600
+      ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off")
+  endforeach()
+endif()
