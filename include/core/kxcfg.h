@@ -14,7 +14,8 @@ KX_BEGIN_DECLS
 ** Syntax: "[Section Name]" lines open a section; "Key Name = value" lines set a key
 ** (names are compared ignoring case, blanks around names and values are trimmed);
 ** lines starting with ';' or '#' and blank lines are ignored. A value is a decimal
-** integer with an optional sign. Files are read afresh on every call. */
+** integer with an optional sign and nothing else. When a key stands more than once in
+** its section, the first line counts. Files are read afresh on every call. */
 
 /* Stores the key's value at `value` and returns 1; leaves it unchanged and returns 0
 ** when the file, section or key is missing or the value is not an integer that fits.

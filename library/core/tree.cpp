@@ -78,21 +78,24 @@ Node *postorderNext(Node *node, const Node *top) {
     return node->next != nullptr ? deepestFirst(node->next) : node->parent;
 }
 
-/* Frees a detached node: its links are cleared first, so that a reference someone
-** kept beyond the tree's life finds an absent node. */
-void releaseNode(Node *node) {
-    Tree *tree = node->tree;
+/* Frees a node of a detached subtree. Its links are cleared first, so that a reference
+** someone kept beyond the node's life finds an absent node. */
+void releaseNode(Tree *tree, Node *node) {
     *node = Node{node->cookie, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
                  node->cookieKind};
     tree->nodeCount--;
     ObjReleaseInternal(&node);
 }
 
-/* Frees the subtree of `top` (null: every node), children before parents. */
-void freeSubtree(Node *start, const Node *top) {
+/* Frees the subtree of `start` (with a null `top`: `start` and every node after it),
+** children before parents. Every node is marked detached before the first cookie is
+** released, so whatever such a release reaches finds the doomed nodes absent. */
+void freeSubtree(Tree *tree, Node *start, const Node *top) {
+    for (Node *node = start; node != nullptr; node = preorderNext(node, top))
+        node->tree = nullptr;
     for (Node *node = deepestFirst(start); node != nullptr;) {
         Node *next = postorderNext(node, top);
-        releaseNode(node);
+        releaseNode(tree, node);
         node = next;
     }
 }
@@ -100,7 +103,7 @@ void freeSubtree(Node *start, const Node *top) {
 void freeAllNodes(Tree *tree) {
     Node *first = tree->first;
     tree->first = tree->last = nullptr;
-    if (first != nullptr) freeSubtree(first, nullptr);
+    if (first != nullptr) freeSubtree(tree, first, nullptr);
 }
 
 /* Takes `node` out of its parent's (or the tree's root-level) chain of siblings. */
@@ -272,9 +275,10 @@ void *TreeGetCookie(void *hTree) {
 int TreePruneBranch(void *hNode) {
     Node *node = asNode(hNode);
     if (node == nullptr) return 0;
-    kx::Hold holdTree(node->tree);
+    Tree *tree = node->tree;
+    kx::Hold holdTree(tree);
     unlink(node);
-    freeSubtree(node, node);
+    freeSubtree(tree, node, node);
     return 1;
 }
 
