@@ -103,7 +103,8 @@ void step(GuiDateInput *input, int32_t direction) {
     xc::highlightField(input->wCurrent, XmHIGHLIGHT_SELECTED);
 }
 
-using Stepper = xc::FieldStepper<GuiDateInput, step, GuiDateInputGetTimeT>;
+void destroyNow(void *record);
+using Stepper = xc::FieldStepper<GuiDateInput, step, GuiDateInputGetTimeT, destroyNow>;
 
 std::array<xc::InputHook, 11> hooksOf(const GuiDateInput *input) {
     return {{{input->wUp, XmNarmCallback, Stepper::onArm},
@@ -117,6 +118,12 @@ std::array<xc::InputHook, 11> hooksOf(const GuiDateInput *input) {
              {input->wDay, XmNvalueChangedCallback, Stepper::onValueChanged},
              {input->wMonth, XmNvalueChangedCallback, Stepper::onValueChanged},
              {input->wYear, XmNvalueChangedCallback, Stepper::onValueChanged}}};
+}
+
+void destroyNow(void *record) {
+    auto *input = static_cast<GuiDateInput *>(record);
+    xc::destroyControl(input, hooksOf(input),
+                       {input->wYear, input->wMonth, input->wDay, input->wUp, input->wDown});
 }
 
 } // namespace
@@ -141,8 +148,7 @@ XC_API void GuiAddDateInputCallback(GuiDateInput *pInput, GuiDateInputCallback f
 
 XC_API void GuiDateInputDestroy(GuiDateInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    xc::destroyControl(pInput, hooksOf(pInput),
-                       {pInput->wYear, pInput->wMonth, pInput->wDay, pInput->wUp, pInput->wDown});
+    xc::ControlScope::destroyWhenIdle(pInput, destroyNow);
 }
 
 XC_API void GuiDateInputSet(GuiDateInput *pInput, int32_t iYear, int32_t iMonth, int32_t iDay) {
@@ -151,6 +157,7 @@ XC_API void GuiDateInputSet(GuiDateInput *pInput, int32_t iYear, int32_t iMonth,
         xc::trace(kMsgBadMonth, -1, "No such month %d", static_cast<int>(iMonth));
         iMonth = 0;
     }
+    xc::ControlScope scope(pInput, destroyNow);
     xc::writeTwoDigits(pInput->wYear, iYear);
     /* The name first: the report it triggers still sees the old number. */
     writeMonthName(pInput, iMonth);

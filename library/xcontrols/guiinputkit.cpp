@@ -10,6 +10,25 @@ namespace xc {
 
 namespace {
 constexpr int32_t kMsgBadArgument = 201;
+ControlScope *gInnermostScope = nullptr;
+} // namespace
+
+ControlScope::ControlScope(void *record, Destroyer destroy)
+    : record_(record), destroy_(destroy), outer_(gInnermostScope) {
+    gInnermostScope = this;
+}
+
+ControlScope::~ControlScope() {
+    gInnermostScope = outer_;
+    if (destroyRequested_) destroy_(record_);
+}
+
+void ControlScope::destroyWhenIdle(void *record, Destroyer destroy) {
+    ControlScope *outermost = nullptr;
+    for (ControlScope *scope = gInnermostScope; scope != nullptr; scope = scope->outer_)
+        if (scope->record_ == record) outermost = scope;
+    if (outermost != nullptr) outermost->destroyRequested_ = true;
+    else destroy(record);
 }
 
 void addHooks(const InputHook *hooks, std::size_t count, XtPointer data) {

@@ -41,6 +41,30 @@ void destroyControl(void *record, const std::array<InputHook, N> &hooks,
 /* XtSetSensitive on the widgets in the order given (non-zero flag: sensitive). */
 void setSensitive(std::initializer_list<Widget> widgets, int32_t sensitive);
 
+/* Marks a stretch of a control's own code that writes its fields. A field write runs
+** the caller's value callback, which may destroy the control; the destroy then waits
+** until the outermost stretch of that control ends, so that its code never runs on a
+** freed record and Motif never returns into a text field destroyed under it (outside
+** an event dispatch Xt destroys widgets at once). */
+class ControlScope {
+public:
+    using Destroyer = void (*)(void *record);
+    ControlScope(void *record, Destroyer destroy);
+    ~ControlScope();
+    ControlScope(const ControlScope &) = delete;
+    ControlScope &operator=(const ControlScope &) = delete;
+
+    /* Destroys the control now, or, while code of it is running, when its outermost
+    ** scope ends. */
+    static void destroyWhenIdle(void *record, Destroyer destroy);
+
+private:
+    void *record_;
+    Destroyer destroy_;
+    bool destroyRequested_ = false;
+    ControlScope *outer_;
+};
+
 /* False, with a trace naming `function`, when a widget that a control needs is null. */
 bool haveWidgets(const char *function, std::initializer_list<Widget> widgets);
 /* False, with a trace naming `function`, when an operation is given a null handle or
@@ -87,16 +111,20 @@ void writeTwoDigits(Widget field, long value);
 /* The callbacks of a control made of text fields and an up and a down button that step
 ** the field focused last (the date and time inputs). `Input` has the fields wUp,
 ** wCurrent, fnCallback and pClientData; `step` moves or checks input->wCurrent in a
-** direction of GuiSetUpDownValue; `timeOf` gives the shown value as a time. */
-template <typename Input, void (*step)(Input *, int32_t), int (*timeOf)(int32_t *, Input *)>
+** direction of GuiSetUpDownValue; `timeOf` gives the shown value as a time; `destroy`
+** ends the control (see ControlScope). */
+template <typename Input, void (*step)(Input *, int32_t), int (*timeOf)(int32_t *, Input *),
+          ControlScope::Destroyer destroy>
 struct FieldStepper {
     static Input *inputOf(XtPointer data) { return static_cast<Input *>(data); }
 
     static void onArm(Widget button, XtPointer data, XtPointer) {
         Input *input = inputOf(data);
+        ControlScope scope(input, destroy);
         step(input, button == input->wUp ? GUI_UPDOWN_UP : GUI_UPDOWN_DOWN);
     }
     static void onLosingFocus(Widget, XtPointer data, XtPointer) {
+        ControlScope scope(data, destroy);
         step(inputOf(data), GUI_UPDOWN_VALIDATE);
     }
     static void onFocus(Widget field, XtPointer data, XtPointer) {

@@ -1,6 +1,7 @@
 /* guinuminput.cpp - the number input: stepping, auto-repeat, wrap, validation, report. */
 #include "xcontrols/guinuminput.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -32,11 +33,10 @@ unsigned long repeatDelay(int32_t repeatCount) {
 }
 
 void writeValue(const GuiNumInput *input, int32_t value) {
-    /* The widest filling that means anything for a 32-bit number. */
-    constexpr int32_t kMaxFilling = 11;
-    int32_t width = input->iWidth < 0 ? 0 : input->iWidth > kMaxFilling ? kMaxFilling
-                                                                        : input->iWidth;
-    char text[24];
+    /* A negative width fills nothing; filling is cut to what the buffer holds. */
+    constexpr int32_t kMaxFilling = 30;
+    const int32_t width = input->iWidth < 0 ? 0 : std::min(input->iWidth, kMaxFilling);
+    char text[kMaxFilling + 2];
     if (width != 0) std::snprintf(text, sizeof text, "%0*ld", width, static_cast<long>(value));
     else std::snprintf(text, sizeof text, "%ld", static_cast<long>(value));
     XtVaSetValues(input->wText, XmNvalue, text, nullptr);
@@ -59,8 +59,8 @@ void startRepeat(GuiNumInput *input, XtTimerCallbackProc repeat, unsigned long d
 }
 
 /* One step towards `button` (wUp or wDown), or a range check when it is neither. Writing
-** the value runs the report, whose callback may destroy the input: nothing touches the
-** handle after the write. */
+** the value runs the report, whose callback may destroy the input: callers hold a
+** ControlScope. */
 void step(GuiNumInput *input, Widget button) {
     ++input->iRepeatCount;
     const unsigned long delayMs = repeatDelay(input->iRepeatCount);
@@ -91,21 +91,29 @@ void step(GuiNumInput *input, Widget button) {
     if (next != shown) writeValue(input, next);
 }
 
+void destroyNow(void *record);
+
+/* Steps from the control's own code, where the report may destroy the input. */
+void guardedStep(GuiNumInput *input, Widget button) {
+    xc::ControlScope scope(input, destroyNow);
+    step(input, button);
+}
+
 /* A fired timer is gone: forget its id before stepping, so that only a pending timer is
 ** ever removed. */
 void onRepeatUp(XtPointer data, XtIntervalId *) {
     GuiNumInput *input = inputOf(data);
     input->idTimer = 0;
-    step(input, input->wUp);
+    guardedStep(input, input->wUp);
 }
 
 void onRepeatDown(XtPointer data, XtIntervalId *) {
     GuiNumInput *input = inputOf(data);
     input->idTimer = 0;
-    step(input, input->wDown);
+    guardedStep(input, input->wDown);
 }
 
-void onArm(Widget button, XtPointer data, XtPointer) { step(inputOf(data), button); }
+void onArm(Widget button, XtPointer data, XtPointer) { guardedStep(inputOf(data), button); }
 
 void onDisarm(Widget, XtPointer data, XtPointer) {
     GuiNumInput *input = inputOf(data);
@@ -114,8 +122,8 @@ void onDisarm(Widget, XtPointer data, XtPointer) {
 }
 
 void onLosingFocus(Widget text, XtPointer data, XtPointer) {
+    xc::ControlScope scope(data, destroyNow);
     step(inputOf(data), nullptr);
-    /* Only the widget from here on: the report may have destroyed the input. */
     XtVaSetValues(text, XmNcursorPositionVisible, False, nullptr);
     char *value = XmTextGetString(text);
     XtVaSetValues(text, XmNvalue, value, nullptr);
@@ -141,6 +149,12 @@ std::array<xc::InputHook, 7> hooksOf(const GuiNumInput *input) {
              {input->wText, XmNlosingFocusCallback, onLosingFocus},
              {input->wText, XmNfocusCallback, onFocus},
              {input->wText, XmNvalueChangedCallback, onValueChanged}}};
+}
+
+void destroyNow(void *record) {
+    auto *input = static_cast<GuiNumInput *>(record);
+    stopRepeat(input);
+    xc::destroyControl(input, hooksOf(input), {input->wText, input->wUp, input->wDown});
 }
 
 void writeInitial(Widget text, int32_t value) {
@@ -183,6 +197,7 @@ XC_API int GuiNumInputSet(GuiNumInput *pInput, int32_t iValue) {
     if (iValue > pInput->iMax || iValue < pInput->iMin) return 0;
     char text[16];
     std::snprintf(text, sizeof text, "%ld", static_cast<long>(iValue));
+    xc::ControlScope scope(pInput, destroyNow);
     XtVaSetValues(pInput->wText, XmNvalue, text, nullptr);
     step(pInput, nullptr);
     return 1;
@@ -190,9 +205,9 @@ XC_API int GuiNumInputSet(GuiNumInput *pInput, int32_t iValue) {
 
 XC_API int GuiNumInputGetValue(int32_t *piValue, GuiNumInput *pInput) {
     if (!xc::haveHandle(pInput, __func__) || !xc::haveHandle(piValue, __func__)) return 0;
-    Widget text = pInput->wText;
+    xc::ControlScope scope(pInput, destroyNow);
     step(pInput, nullptr);
-    *piValue = xc::fieldNumber(text);
+    *piValue = xc::fieldNumber(pInput->wText);
     return 1;
 }
 
@@ -200,7 +215,7 @@ XC_API void GuiNumInputChangeRange(GuiNumInput *pInput, int32_t iMin, int32_t iM
     if (!xc::haveHandle(pInput, __func__)) return;
     pInput->iMin = iMin;
     pInput->iMax = iMax;
-    step(pInput, nullptr);
+    guardedStep(pInput, nullptr);
 }
 
 XC_API void GuiNumInputSetSensitive(GuiNumInput *pInput, int32_t bSensitive) {
@@ -210,9 +225,10 @@ XC_API void GuiNumInputSetSensitive(GuiNumInput *pInput, int32_t bSensitive) {
 
 XC_API void GuiNumInputDestroy(GuiNumInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    /* A button destroyed while held is never disarmed: its timer must go here. */
+    /* A button destroyed while held is never disarmed: its timer goes at once, even when
+    ** the rest waits for the input's own code to finish. */
     stopRepeat(pInput);
-    xc::destroyControl(pInput, hooksOf(pInput), {pInput->wText, pInput->wUp, pInput->wDown});
+    xc::ControlScope::destroyWhenIdle(pInput, destroyNow);
 }
 
 } // extern "C"

@@ -28,7 +28,8 @@ void step(GuiTimeInput *input, int32_t direction) {
     xc::highlightField(input->wCurrent, XmHIGHLIGHT_SELECTED);
 }
 
-using Stepper = xc::FieldStepper<GuiTimeInput, step, GuiTimeInputGetTimeT>;
+void destroyNow(void *record);
+using Stepper = xc::FieldStepper<GuiTimeInput, step, GuiTimeInputGetTimeT, destroyNow>;
 
 std::array<xc::InputHook, 8> hooksOf(const GuiTimeInput *input) {
     return {{{input->wUp, XmNarmCallback, Stepper::onArm},
@@ -41,7 +42,20 @@ std::array<xc::InputHook, 8> hooksOf(const GuiTimeInput *input) {
              {input->wMinutes, XmNvalueChangedCallback, Stepper::onValueChanged}}};
 }
 
+void destroyNow(void *record) {
+    auto *input = static_cast<GuiTimeInput *>(record);
+    xc::destroyControl(input, hooksOf(input),
+                       {input->wHours, input->wMinutes, input->wUp, input->wDown});
+}
+
 bool inRange(int32_t value, int32_t last) { return value >= 0 && value <= last; }
+
+/* Both fields at once; the report of the first write may destroy the input. */
+void writeBoth(GuiTimeInput *input, long hours, long minutes) {
+    xc::ControlScope scope(input, destroyNow);
+    xc::writeTwoDigits(input->wHours, hours);
+    xc::writeTwoDigits(input->wMinutes, minutes);
+}
 
 } // namespace
 
@@ -64,16 +78,14 @@ XC_API void GuiAddTimeInputCallback(GuiTimeInput *pInput, GuiTimeInputCallback f
 
 XC_API void GuiTimeInputDestroy(GuiTimeInput *pInput) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    xc::destroyControl(pInput, hooksOf(pInput),
-                       {pInput->wHours, pInput->wMinutes, pInput->wUp, pInput->wDown});
+    xc::ControlScope::destroyWhenIdle(pInput, destroyNow);
 }
 
 XC_API void GuiTimeInputSetTimeT(GuiTimeInput *pInput, int32_t tTime) {
     if (!xc::haveHandle(pInput, __func__)) return;
     KxTimeStruct utc{};
     TimeToUTCBreakdownStruct(&utc, tTime);
-    xc::writeTwoDigits(pInput->wHours, utc.iHours);
-    xc::writeTwoDigits(pInput->wMinutes, utc.iMinutes);
+    writeBoth(pInput, utc.iHours, utc.iMinutes);
 }
 
 XC_API void GuiTimeInputSetNow(GuiTimeInput *pInput) {
@@ -83,8 +95,8 @@ XC_API void GuiTimeInputSetNow(GuiTimeInput *pInput) {
 
 XC_API void GuiTimeInputSet(GuiTimeInput *pInput, int32_t iHours, int32_t iMinutes) {
     if (!xc::haveHandle(pInput, __func__)) return;
-    xc::writeTwoDigits(pInput->wHours, inRange(iHours, kLastHour) ? iHours : 0);
-    xc::writeTwoDigits(pInput->wMinutes, inRange(iMinutes, kLastMinute) ? iMinutes : 0);
+    writeBoth(pInput, inRange(iHours, kLastHour) ? iHours : 0,
+              inRange(iMinutes, kLastMinute) ? iMinutes : 0);
 }
 
 XC_API int GuiTimeInputGetTimeT(int32_t *pTime, GuiTimeInput *pInput) {

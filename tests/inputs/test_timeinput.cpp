@@ -200,6 +200,25 @@ TEST_F(TimeInputTest, DestroyFromACallbackOfAFocusedFieldReachesNoFreedRecord) {
     EXPECT_EQ(input, nullptr);
 }
 
+/* Outside an event dispatch the widgets go at once: the set must not write the minutes
+** into a destroyed field after the hours' report destroyed the input. */
+TEST_F(TimeInputTest, DestroyFromTheReportOfASetWaitsForTheSetToFinish) {
+    struct Closer {
+        GuiTimeInput *input;
+        static void onValue(GuiTimeInput *, void *data, int32_t *) {
+            auto *self = static_cast<Closer *>(data);
+            if (self->input == nullptr) return;
+            GuiTimeInputDestroy(self->input);
+            self->input = nullptr;
+        }
+    };
+    Closer closer{input};
+    GuiAddTimeInputCallback(input, Closer::onValue, &closer);
+    input = nullptr;
+    GuiTimeInputSet(closer.input, 12, 34);
+    EXPECT_EQ(closer.input, nullptr);
+}
+
 TEST_F(TimeInputTest, NullArgumentsAreTracedAndIgnored) {
     GuiTimeInputSetMaxTime(nullptr, 1, 2);
     GuiTimeInputSetMinTime(nullptr, 1, 2);
