@@ -196,8 +196,10 @@ void buildComboBox(Widget parent, void *node) {
         GuiChangeComboSelection(combo, data->selected, 1);
     else if (data->userEntry != 1)
         GuiChangeComboSelection(combo, 1, 1);
-    else
+    else {
+        XmListDeselectAllItems(list); /* the combo control chose entry 1: nothing is chosen */
         XmTextFieldSetString(text, const_cast<char *>(""));
+    }
 
     addWidget(gui, frame);
     addWidget(gui, form);
@@ -218,8 +220,10 @@ void buildListBox(Widget parent, void *node) {
     Widget where = parentWidgetOf(node);
     if (where == nullptr) where = parent;
 
+    /* XmListSelectItem keeps one entry selected under any policy but multiple select, so
+    ** a list of several choices gets its stored selection under that policy first. */
     Args args;
-    if (list->multiple) args.add(XmNselectionPolicy, XmEXTENDED_SELECT);
+    if (list->multiple) args.add(XmNselectionPolicy, XmMULTIPLE_SELECT);
     if (extended)
         args.add(XmNlistSizePolicy, XmCONSTANT).add(XmNunitType, Xm100TH_FONT_UNITS)
             .add(XtNwidth, static_cast<Dimension>(extended->width * 132))
@@ -240,6 +244,7 @@ void buildListBox(Widget parent, void *node) {
         XmListAddItem(w, text, 0);
         if (entry->selected) XmListSelectItem(w, text, False);
     }
+    if (list->multiple) XtVaSetValues(w, XmNselectionPolicy, XmEXTENDED_SELECT, nullptr);
     XtAddCallback(w, list->multiple ? XmNextendedSelectionCallback : XmNbrowseSelectionCallback,
                   onListSelection, node);
     addWidget(gui, XtParent(w));

@@ -109,8 +109,9 @@ protected:
     }
 
     /* Clicks the list entry at `position` (visible) of `list`, optionally with a
-    ** modifier held. */
+    ** modifier held; after a pause, so that two clicks never make a double click. */
     static void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
+        pumpFor(static_cast<int>(XtGetMultiClickTime(display())) + 50);
         Position x = 0, y = 0;
         Dimension w = 0, h = 0;
         ASSERT_TRUE(XmListPosToBounds(list, position, &x, &y, &w, &h)) << "entry " << position;
