@@ -143,6 +143,20 @@ TEST_F(NumInputTest, ZeroFillingAppliesToStepsButNotToSetValues) {
     GuiNumInputDestroy(input);
 }
 
+TEST_F(NumInputTest, WideFillingIsKept) {
+    GuiNumInput *wide = make(20, 0, 9, 6, 0);
+    xt::click(up);
+    EXPECT_EQ(inputs::textOf(text), "000010");
+    GuiNumInputDestroy(wide);
+}
+
+TEST_F(NumInputTest, ANegativeWidthFillsNothing) {
+    GuiNumInput *input = make(20, 0, 9, -3, 0);
+    xt::click(up);
+    EXPECT_EQ(inputs::textOf(text), "10");
+    GuiNumInputDestroy(input);
+}
+
 TEST_F(NumInputTest, WithoutFillingNegativeValuesCarryAMinusSign) {
     GuiNumInput *input = make(5, -5, 0, 0, 0);
     xt::click(down);
