@@ -110,8 +110,11 @@ Widget createShell(Display *dpy, const screenfile::Loaded &screen, const Options
                                       applicationShellWidgetClass, dpy, XmNdeleteResponse,
                                       XmDO_NOTHING, nullptr);
     if (!screen.title.empty()) XtVaSetValues(shell, XmNtitle, screen.title.c_str(), nullptr);
+    // The screen is built after the window is up: without a given size the window
+    // follows the size that the screen asks for.
     int width = options.width ? options.width : screen.width;
     int height = options.height ? options.height : screen.height;
+    XtVaSetValues(shell, XmNallowShellResize, width <= 0 || height <= 0, nullptr);
     if (width > 0) XtVaSetValues(shell, XmNwidth, width, nullptr);
     if (height > 0) XtVaSetValues(shell, XmNheight, height, nullptr);
     Atom deleteWindow = XmInternAtom(dpy, const_cast<char *>("WM_DELETE_WINDOW"), False);
@@ -158,10 +161,15 @@ ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char
     Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
     XtManageChild(form);
     InitPluginScreens(onClose, nullptr);
+    // A client builds plugin screens into a realized form, as the library expects; the
+    // window appears only once the screen is complete, so that no click can reach it
+    // before the items have windows of their own.
+    XtVaSetValues(shell, XtNmappedWhenManaged, False, nullptr);
+    XtRealizeWidget(shell);
     void *tree = screen.take();
     GuiCreatePlgScreen(form, tree, screen.jobId);
     TreeWalk(tree, watchButton, nullptr, 0);
-    XtRealizeWidget(shell);
+    XtMapWidget(shell);
 
     ExitCode status = options.pngPath.empty() ? runUntilClosed(app, tree)
                                             : renderToPng(app, shell, options.pngPath);

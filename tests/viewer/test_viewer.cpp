@@ -1,0 +1,348 @@
+/* test_viewer.cpp - the viewer program run as a user runs it: bad files and arguments,
+** rendering the example screens, answering through a CLOSE action, closing the window. */
+#include "loaderfixture.h"
+#include "xharness.h"
+
+#include <X11/Xatom.h>
+#include <X11/extensions/XTest.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include <nlohmann/json.hpp>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/* A run of the viewer as a child process, its output gathered. */
+class Viewer {
+public:
+    explicit Viewer(const std::vector<std::string> &args,
+                    const std::vector<std::string> &env = {}) {
+        int out[2], err[2];
+        if (pipe(out) != 0 || pipe(err) != 0) return;
+        pid_ = fork();
+        if (pid_ == 0) {
+            dup2(out[1], 1);
+            dup2(err[1], 2);
+            for (int fd : {out[0], out[1], err[0], err[1]}) close(fd);
+            for (const std::string &setting : env) putenv(const_cast<char *>(setting.c_str()));
+            std::vector<char *> argv{const_cast<char *>(XCV_VIEWER)};
+            for (const std::string &a : args) argv.push_back(const_cast<char *>(a.c_str()));
+            argv.push_back(nullptr);
+            execv(XCV_VIEWER, argv.data());
+            _exit(127);
+        }
+        close(out[1]);
+        close(err[1]);
+        out_ = out[0];
+        err_ = err[0];
+    }
+    ~Viewer() {
+        if (pid_ > 0 && status_ < 0) kill(pid_, SIGKILL), waitpid(pid_, nullptr, 0);
+        if (out_ >= 0) close(out_);
+        if (err_ >= 0) close(err_);
+    }
+
+    /* Gathers the output until the program ends; its exit status, or -1 when it had to
+    ** be killed after `timeoutMs`. */
+    int finish(int timeoutMs = 30000) {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        while (out_ >= 0 || err_ >= 0) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                kill(pid_, SIGKILL);
+                break;
+            }
+            pollfd fds[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};
+            if (poll(fds, 2, 50) <= 0) continue;
+            drain(out_, fds[0].revents, out);
+            drain(err_, fds[1].revents, err);
+        }
+        int raw = 0;
+        waitpid(pid_, &raw, 0);
+        status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+        return status_;
+    }
+
+    std::string out, err;
+
+private:
+    static void drain(int &fd, short revents, std::string &into) {
+        if (fd < 0 || !(revents & (POLLIN | POLLHUP))) return;
+        char buffer[4096];
+        ssize_t n = read(fd, buffer, sizeof buffer);
+        if (n > 0) {
+            into.append(buffer, static_cast<size_t>(n));
+        } else {
+            close(fd);
+            fd = -1;
+        }
+    }
+
+    pid_t pid_ = -1;
+    int out_ = -1, err_ = -1;
+    int status_ = -1;
+};
+
+/* A scratch directory, removed with everything in it when the test ends. */
+class Scratch {
+public:
+    Scratch() {
+        char name[] = "/tmp/xcv-test-XXXXXX";
+        dir_ = mkdtemp(name) ? name : "/tmp";
+    }
+    ~Scratch() { fs::remove_all(dir_); }
+    std::string file(const std::string &name, const std::string &content) const {
+        std::string path = path_of(name);
+        std::ofstream(path) << content;
+        return path;
+    }
+    std::string path_of(const std::string &name) const { return (fs::path(dir_) / name).string(); }
+private:
+    std::string dir_;
+};
+
+/* Width and height from a PNG's header, or {0, 0} when the file is no PNG. */
+std::pair<uint32_t, uint32_t> pngSize(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    unsigned char head[24] = {};
+    in.read(reinterpret_cast<char *>(head), sizeof head);
+    const unsigned char signature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+    if (!in || std::memcmp(head, signature, 8) != 0) return {0, 0};
+    auto word = [&](int at) {
+        return uint32_t(head[at]) << 24 | uint32_t(head[at + 1]) << 16 |
+               uint32_t(head[at + 2]) << 8 | uint32_t(head[at + 3]);
+    };
+    return {word(16), word(20)};
+}
+
+const char *kUsageStart = "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json";
+
+TEST(ViewerProgram, BadScreenFilesExitTwoNamingThePlaceAndTheReason) {
+    Scratch scratch;
+    struct Case { const char *content; const char *message; };
+    const Case cases[] = {
+        {"{\"items\": [\n  {\"type\": \"Label\" \"id\": 1}\n]}",
+         ": line 2, column 23: syntax error while parsing object - unexpected string literal; "
+         "expected '}'\n"},
+        {R"({"items": [{"type": "Lable", "id": 1}]})", ": items[0].type: unknown item type \"Lable\"\n"},
+        {R"({"items": [{"type": "Label", "id": 1, "attach": {"up": null}}]})",
+         ": items[0].attach.up: unknown attachment side; sides are left, right, top, bottom\n"},
+    };
+    for (const Case &c : cases) {
+        std::string path = scratch.file("bad.json", c.content);
+        Viewer viewer({path});
+        EXPECT_EQ(viewer.finish(), 2) << c.content;
+        EXPECT_EQ(viewer.err, "xcontrols-view: " + path + c.message);
+        EXPECT_EQ(viewer.out, "");
+    }
+    Viewer missing({scratch.path_of("none.json")});
+    EXPECT_EQ(missing.finish(), 2);
+    EXPECT_EQ(missing.err, "xcontrols-view: cannot read " + scratch.path_of("none.json") +
+                               ": No such file or directory\n");
+}
+
+TEST(ViewerProgram, BadArgumentsExitTwoWithTheUsage) {
+    Scratch scratch;
+    std::string good = scratch.file("good.json", R"({"items": []})");
+    struct Case { std::vector<std::string> args; const char *reason; };
+    const Case cases[] = {
+        {{}, "no screen file given"},
+        {{"--frobnicate", good}, "unknown option --frobnicate"},
+        {{good, "--png"}, "option --png needs a value"},
+        {{"--size", "big", good}, "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"big\""},
+        {{"--size", "0x10", good}, "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"0x10\""},
+        {{good, good}, nullptr},
+    };
+    for (const Case &c : cases) {
+        Viewer viewer(c.args);
+        EXPECT_EQ(viewer.finish(), 2);
+        if (c.reason) {
+            EXPECT_EQ(viewer.err.substr(0, viewer.err.find('\n')),
+                      std::string("xcontrols-view: ") + c.reason);
+        }
+        EXPECT_NE(viewer.err.find(kUsageStart), std::string::npos) << viewer.err;
+        EXPECT_EQ(viewer.out, "");
+    }
+    Viewer help({"--help"});
+    EXPECT_EQ(help.finish(), 0);
+    EXPECT_EQ(help.out.rfind(kUsageStart, 0), 0u);
+}
+
+TEST(ViewerProgram, WithoutADisplayItExitsThree) {
+    Scratch scratch;
+    Viewer viewer({scratch.file("good.json", R"({"items": []})")}, {"DISPLAY=:4095"});
+    EXPECT_EQ(viewer.finish(), 3);
+    EXPECT_EQ(viewer.err, "xcontrols-view: cannot open display \":4095\"\n");
+}
+
+TEST(ViewerProgram, EveryExampleScreenRendersToAPng) {
+    Scratch scratch;
+    int examples = 0;
+    for (const auto &entry : fs::directory_iterator(XCV_EXAMPLES)) {
+        if (entry.path().extension() != ".json") continue;
+        ++examples;
+        std::string png = scratch.path_of(entry.path().stem().string() + ".png");
+        Viewer viewer({"--png", png, entry.path().string()});
+        EXPECT_EQ(viewer.finish(), 0) << entry.path() << "\n" << viewer.err;
+        EXPECT_EQ(viewer.out, png + "\n");
+        EXPECT_EQ(viewer.err, "") << "an example screen should load without warnings";
+        auto size = pngSize(png);
+        EXPECT_GT(size.first, 100u) << png;
+        EXPECT_GT(size.second, 100u) << png;
+    }
+    EXPECT_GE(examples, 2);
+}
+
+TEST(ViewerProgram, SizeOptionSetsTheWindowSizeAndTraceGoesToStandardError) {
+    Scratch scratch;
+    std::string screen = scratch.file("screen.json", R"({"width": 300, "height": 200, "items": [
+        {"type": "Label", "id": 1, "data": {"text": "Hello"}}]})");
+    std::string png = scratch.path_of("shot.png");
+    Viewer fromFile({"--png", png, screen});
+    ASSERT_EQ(fromFile.finish(), 0) << fromFile.err;
+    EXPECT_EQ(pngSize(png), std::make_pair(300u, 200u));
+    EXPECT_EQ(fromFile.err, "");
+
+    Viewer fromOption({"--size", "420x260", "--trace", "--png", png, screen});
+    ASSERT_EQ(fromOption.finish(), 0) << fromOption.err;
+    EXPECT_EQ(pngSize(png), std::make_pair(420u, 260u));
+    EXPECT_NE(fromOption.err.find("Create a Label"), std::string::npos) << fromOption.err;
+}
+
+/* Driving a shown viewer window with real input from this process. */
+class ViewerWindow : public xt::XTest {
+protected:
+    /* The top-level window titled `title`, once it is viewable; 0 after 10 s. */
+    Window waitForWindow(const std::string &title) {
+        Display *dpy = xt::display();
+        Window found = 0;
+        xt::pumpUntil([&] {
+            Window root, parent, *children = nullptr;
+            unsigned int count = 0;
+            if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &children, &count))
+                return false;
+            for (unsigned int i = 0; i < count && !found; ++i) {
+                char *name = nullptr;
+                XWindowAttributes a;
+                if (XFetchName(dpy, children[i], &name) && name && title == name &&
+                    XGetWindowAttributes(dpy, children[i], &a) && a.map_state == IsViewable)
+                    found = children[i];
+                if (name) XFree(name);
+            }
+            if (children) XFree(children);
+            return found != 0;
+        }, 10000);
+        return found;
+    }
+
+    /* A real click at a fraction of the window's size. */
+    void clickAt(Window w, double fx, double fy) {
+        Display *dpy = xt::display();
+        XWindowAttributes a;
+        XGetWindowAttributes(dpy, w, &a);
+        int rx = 0, ry = 0;
+        Window child;
+        XTranslateCoordinates(dpy, w, DefaultRootWindow(dpy), static_cast<int>(a.width * fx),
+                              static_cast<int>(a.height * fy), &rx, &ry, &child);
+        XTestFakeMotionEvent(dpy, -1, rx, ry, CurrentTime);
+        xt::pressPointer();
+        xt::releasePointer();
+        settle();
+    }
+
+    /* Gives the other process time to handle what this one sent. */
+    static void settle() {
+        xt::pump();
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    }
+
+    /* Whether the library builds these items yet: the same screen built in this process. */
+    bool libraryBuilds(const std::string &text, std::initializer_list<int32_t> ids) {
+        screenfile::Loaded screen;
+        std::string error;
+        if (!screenfile::parse(text, screen, error)) return false;
+        void *tree = screen.take();
+        GuiCreatePlgScreen(form(), tree, 1);
+        bool built = true;
+        for (int32_t id : ids) built = built && xt::outerWidget(xt::itemOf(xt::findNode(tree, id)));
+        GuiFreeScreenDefAndWidgets(&tree);
+        clearTraces();
+        return built;
+    }
+};
+
+/* An edit box across the top, a toggle under it, and a large OK button in the lower right
+** quarter that closes the screen: places that a click at a fraction of the window hits. */
+const char *kAnswerScreen = R"({"jobId": 77, "title": "xcv answer test", "items": [
+  {"type": "EditBox", "id": 1, "data": {"rows": 1},
+   "attach": {"left": {"kind": "position", "position": 0, "offset": 10},
+              "right": {"kind": "position", "position": 100, "offset": 10},
+              "top": {"kind": "position", "position": 0, "offset": 10}}},
+  {"type": "selectionItem", "id": 2, "data": {"label": "Verify"},
+   "attach": {"left": {"kind": "position", "position": 0, "offset": 10},
+              "top": {"kind": "position", "position": 30},
+              "bottom": {"kind": "position", "position": 45}}},
+  {"type": "PushButton", "id": 3, "data": {"label": "OK"},
+   "actions": [{"kind": "CLOSE", "target": 3}],
+   "attach": {"left": {"kind": "position", "position": 50},
+              "right": {"kind": "position", "position": 100, "offset": 10},
+              "top": {"kind": "position", "position": 50},
+              "bottom": {"kind": "position", "position": 100, "offset": 10}}}]})";
+
+TEST_F(ViewerWindow, ClosingTheWindowExitsOneAndPrintsNothing) {
+    Scratch scratch;
+    Viewer viewer({"--size", "400x300", scratch.file("answer.json", kAnswerScreen)});
+    Window w = waitForWindow("xcv answer test");
+    ASSERT_NE(w, 0u) << "the viewer's window did not appear";
+
+    Display *dpy = xt::display();
+    XEvent ev{};
+    ev.xclient.type = ClientMessage;
+    ev.xclient.window = w;
+    ev.xclient.message_type = XInternAtom(dpy, "WM_PROTOCOLS", False);
+    ev.xclient.format = 32;
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, "WM_DELETE_WINDOW", False));
+    ev.xclient.data.l[1] = CurrentTime;
+    XSendEvent(dpy, w, False, NoEventMask, &ev);
+    XFlush(dpy);
+
+    EXPECT_EQ(viewer.finish(), 1);
+    EXPECT_EQ(viewer.out, "");
+    EXPECT_EQ(viewer.err, "");
+}
+
+TEST_F(ViewerWindow, CloseActionPrintsTheAnswersAndExitsZero) {
+    if (!libraryBuilds(kAnswerScreen, {1, 2, 3}))
+        GTEST_SKIP() << "the library does not build edit boxes, toggles and push buttons yet";
+    Scratch scratch;
+    Viewer viewer({"--size", "400x300", scratch.file("answer.json", kAnswerScreen)});
+    Window w = waitForWindow("xcv answer test");
+    ASSERT_NE(w, 0u) << "the viewer's window did not appear";
+
+    XSetInputFocus(xt::display(), w, RevertToParent, CurrentTime);
+    clickAt(w, 0.5, 0.08); // into the edit box
+    xt::type("hello");
+    settle();
+    clickAt(w, 0.1, 0.37); // the toggle
+    clickAt(w, 0.75, 0.75); // OK
+
+    ASSERT_EQ(viewer.finish(), 0) << viewer.err;
+    auto answers = nlohmann::ordered_json::parse(viewer.out);
+    EXPECT_EQ(answers, nlohmann::ordered_json::parse(R"({
+        "jobId": 77, "closedBy": 3,
+        "values": {"1": {"type": "EditBox", "text": "hello"},
+                   "2": {"type": "selectionItem", "set": true}}})"))
+        << viewer.out;
+}
+
+} // namespace
