@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config
-  libmotif-dev libxt-dev libx11-dev libxext-dev libxpm-dev libxtst-dev
+  libmotif-dev libxt-dev libx11-dev libxext-dev libxpm-dev libxtst-dev libx11-xcb-dev
   xvfb xauth x11-apps xfonts-base xfonts-75dpi xfonts-100dpi
   libgtest-dev libgmock-dev
   nlohmann-json3-dev libsodium-dev libpng-dev

@@ -40,11 +40,14 @@ XC_API void GuiInitLoadBmps(Widget w);
 
 /* Reads the 256-colour uncompressed BMP file at `path` into a new pixmap of the
 ** default screen's depth, stores it through `pixmap` and returns 1. The pixmap and
-** the colours allocated for it in the default colormap (one per palette index that
-** some pixel uses, in index order; the screen's black pixel where allocation fails)
-** belong to the caller. On failure it returns 0, leaves *pixmap untouched and sets
-** ReadBmpErrno; nothing is traced. The file is taken in one read of at most 1 MiB;
-** rows are stored bottom-up and padded to 4 bytes, the pixel data starts at byte 1078. */
+** the colours allocated for it in the default colormap (one read-only cell per palette
+** index that some pixel uses, in index order; the screen's black pixel where
+** allocation fails) belong to the caller. On a TrueColor default visual, where no cell
+** can be allocated, the pixels are the values allocation gives, composed from the
+** colormap's fixed channel tables, which the first read on a display learns. On
+** failure it returns 0, leaves *pixmap untouched and sets ReadBmpErrno; nothing is
+** traced. The file is taken in one read of at most 1 MiB; rows are stored bottom-up
+** and padded to 4 bytes, the pixel data starts at byte 1078. */
 XC_API int32_t GuiReadBmpFile(Pixmap *pixmap, const char *path);
 
 /* Writes the trace line "stop compiler bitch" and does nothing else. */

@@ -28,14 +28,18 @@ enum : int32_t {
     kCompressed = 0x80006,
 };
 
-/* A checked picture: views into the caller's bytes plus the palette use counts. */
+/* A checked picture: views into the caller's bytes. */
 struct Picture {
     int32_t width;
     int32_t height;
     uint32_t stride;            /* bytes of a stored row: width rounded up to 4 */
     const uint8_t *palette;     /* 256 entries of blue, green, red, reserved */
     const uint8_t *rows;        /* the first stored row, which is the bottom row */
-    uint32_t useCount[256];     /* pixels using each palette index (padding not counted) */
+};
+
+/* How many pixels use each palette index (row padding is not counted). */
+struct PaletteUse {
+    uint32_t count[256];
 };
 
 /* Checks the `size` bytes at `data` (null counts as empty) and fills *pic.
@@ -47,6 +51,9 @@ struct Picture {
 ** kCannotRead. Returns kOk when the picture can be drawn; *pic is then complete. */
 int32_t decode(const uint8_t *data, size_t size, Picture *pic);
 
+/* Counts the pixels of each palette index of a decoded picture. */
+void countUse(const Picture &pic, PaletteUse *use);
+
 /* The palette entry `index` as an X colour specification "#rrggbb". */
 void colourSpec(const Picture &pic, int index, char spec[8]);
 
@@ -55,11 +62,26 @@ struct PixelBytes {
     uint8_t bytes[4];
 };
 
-/* Writes the picture top row first into `data`, row y at data + y x bytesPerLine,
-** each pixel as the first `bytesPerPixel` (1 to 4) bytes of table[index]. Bytes
-** past a row's last pixel are left as they are. Other bytesPerPixel values do nothing. */
-void fillRows(const Picture &pic, const PixelBytes table[256], int bytesPerPixel,
-              uint8_t *data, size_t bytesPerLine);
+/* Rows first .. end - 1 of a band of rows, clipped to a picture of `height` rows. */
+struct RowSpan {
+    int32_t first;
+    int32_t end;
+};
+RowSpan clipRows(int32_t firstRow, int32_t rowCount, int32_t height);
+
+/* Where fillRows writes: picture row y (0 = top) at data + y x bytesPerLine, each pixel
+** as the first bytesPerPixel (1 to 4) bytes of its palette index's PixelBytes. */
+struct RowsOut {
+    uint8_t *data;
+    size_t bytesPerLine;
+    int bytesPerPixel;
+};
+
+/* Writes the picture rows firstRow .. firstRow + rowCount - 1 (clipped to the picture)
+** through `table`. Bytes past a row's last pixel are left as they are; other
+** bytesPerPixel values write nothing. */
+void fillRows(const Picture &pic, const PixelBytes table[256], const RowsOut &out,
+              int32_t firstRow, int32_t rowCount);
 
 } // namespace xc::bmp
 

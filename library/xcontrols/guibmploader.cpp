@@ -4,10 +4,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <memory>
 
 #include <X11/Xutil.h>
 
+#include "bmpcolours.h"
 #include "bmpdecode.h"
 #include "bmpfill.h"
 #include "guicommon.h"
@@ -36,6 +38,9 @@ enum TraceNo : int32_t { kTraceFilterDummy = 1, kTraceNoWidget = 2, kTraceNoDisp
 
 /* Every picture is made on this display. */
 Display *gDisplay = nullptr;
+
+/* The image goes to the server in bands of about this many bytes. */
+constexpr int kBandBytes = 256 * 1024;
 
 /* What a picture is made with: the default screen's visual, depth, colormap, root. */
 struct Target {
@@ -91,21 +96,7 @@ int32_t readFile(const char *path, const PoolBlock &buffer, size_t *size) {
     return bmp::kOk;
 }
 
-/* One colour per palette index that some pixel uses, allocated in index order. */
-void allocateColours(const Target &target, const bmp::Picture &pic, unsigned long pixels[256]) {
-    for (int index = 0; index < 256; ++index) {
-        pixels[index] = target.black;
-        if (pic.useCount[index] == 0) continue;
-        char spec[8];
-        bmp::colourSpec(pic, index, spec);
-        XColor colour = {};
-        if (XParseColor(target.display, target.colormap, spec, &colour) &&
-            XAllocColor(target.display, target.colormap, &colour))
-            pixels[index] = colour.pixel;
-    }
-}
-
-/* A cleared ZPixmap image of the picture's size with its data from the pool. */
+/* A ZPixmap image of the picture's size with its data from the pool. */
 Image createImage(const Target &target, const bmp::Picture &pic) {
     Image image(XCreateImage(target.display, target.visual, target.depth, ZPixmap, 0, nullptr,
                              pic.width, pic.height, 8, 0));
@@ -113,23 +104,28 @@ Image createImage(const Target &target, const bmp::Picture &pic) {
     const size_t bytes = size_t(image->bytes_per_line) * size_t(pic.height);
     image->data = static_cast<char *>(MemAllocateFromPool(bytes, xc::pool()));
     if (image->data == nullptr) return nullptr;
-    MemZero(image->data, bytes);
     return image;
 }
 
 int32_t drawPicture(const Target &target, const bmp::Picture &pic, Pixmap *pixmap) {
     unsigned long pixels[256];
-    allocateColours(target, pic, pixels);
+    bmp::allocateColours(target.display, target.colormap, target.visual, pic, target.black,
+                         pixels);
     Image image = createImage(target, pic);
     if (!image) return bmp::kCannotRead;
-    bmp::fillImage(image.get(), pic, pixels);
 
-    const auto width = static_cast<unsigned>(pic.width);
-    const auto height = static_cast<unsigned>(pic.height);
     GC gc = XCreateGC(target.display, target.root, 0, nullptr);
-    *pixmap = XCreatePixmap(target.display, target.root, width, height,
-                            static_cast<unsigned>(target.depth));
-    XPutImage(target.display, *pixmap, gc, image.get(), 0, 0, 0, 0, width, height);
+    *pixmap = XCreatePixmap(target.display, target.root, static_cast<unsigned>(pic.width),
+                            static_cast<unsigned>(pic.height), static_cast<unsigned>(target.depth));
+    /* Band by band: the server copies one band into the pixmap while the next is filled. */
+    bmp::ImageFiller filler(image.get(), pic, pixels);
+    const int32_t band = std::max(1, kBandBytes / image->bytes_per_line);
+    for (int32_t first = 0; first < pic.height; first += band) {
+        const int32_t rows = std::min(band, pic.height - first);
+        filler.fill(first, rows);
+        XPutImage(target.display, *pixmap, gc, image.get(), 0, first, 0, first,
+                  static_cast<unsigned>(pic.width), static_cast<unsigned>(rows));
+    }
     XFreeGC(target.display, gc);
     return bmp::kOk;
 }
@@ -164,6 +160,7 @@ void GuiInitLoadBmps(Widget w) {
         return;
     }
     gDisplay = XtDisplay(w);
+    bmp::forgetLearnedColours();
 }
 
 int32_t GuiReadBmpFile(Pixmap *pixmap, const char *path) {

@@ -2,6 +2,7 @@
 ** XPutPixel per pixel would, in every image format a server may ask for. */
 #include "bmptest.h"
 
+#include <algorithm>
 #include <random>
 
 #include "bmpdecode.h"
@@ -75,11 +76,18 @@ TEST_F(BmpFill, DirectFillEqualsOnePutPixelPerPixelInEveryFormat) {
 
         TestImage direct(f, pic.width, pic.height);
         TestImage perPixel(f, pic.width, pic.height);
-        bmp::fillImage(&direct.image, decoded, pixels);
+        for (char &byte : direct.data) byte = char(random());
+        bmp::ImageFiller(&direct.image, decoded, pixels).fill(0, pic.height);
         bmp::fillImagePerPixel(&perPixel.image, decoded, pixels);
         EXPECT_EQ(direct.data, perPixel.data) << f.name;
 
-        /* And the per-pixel result is the picture, top row first. */
+        /* Band by band, in any order, the same again. */
+        TestImage banded(f, pic.width, pic.height);
+        bmp::ImageFiller filler(&banded.image, decoded, pixels);
+        for (int32_t first : {4, 0, 2, 6}) filler.fill(first, 2);
+        EXPECT_EQ(banded.data, perPixel.data) << f.name << ", in bands";
+
+        /* And the result is the picture, top row first. */
         for (int32_t y = 0; y < pic.height; ++y)
             for (int32_t x = 0; x < pic.width; ++x)
                 ASSERT_EQ(XGetPixel(&direct.image, x, y), pixels[pic.at(x, y)])
@@ -87,22 +95,33 @@ TEST_F(BmpFill, DirectFillEqualsOnePutPixelPerPixelInEveryFormat) {
     }
 }
 
-TEST_F(BmpFill, RowPaddingOfTheImageIsLeftAlone) {
+TEST_F(BmpFill, WhatTheBufferHeldBeforeDoesNotShow) {
     bmpw::Indexed pic(3, 2, 1);
     const std::vector<uint8_t> file = bmpw::encode(pic);
     bmp::Picture decoded;
     ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
     unsigned long pixels[256] = {};
     pixels[1] = 0xab;
-    TestImage image({8, 8, LSBFirst, "8 bits"}, 3, 2);
-    std::fill(image.data.begin(), image.data.end(), char(0x5a));
-    bmp::fillImage(&image.image, decoded, pixels);
-    const std::vector<char> expected = {char(0xab), char(0xab), char(0xab), 0x5a,
-                                        char(0xab), char(0xab), char(0xab), 0x5a};
-    EXPECT_EQ(image.data, expected);
+    for (const Format &f : {kFormats[0], kFormats[10]}) {
+        TestImage direct(f, 3, 2);
+        TestImage perPixel(f, 3, 2);
+        std::fill(direct.data.begin(), direct.data.end(), char(0x5a));
+        std::fill(perPixel.data.begin(), perPixel.data.end(), char(0x5a));
+        bmp::ImageFiller(&direct.image, decoded, pixels).fill(0, 2);
+        bmp::fillImagePerPixel(&perPixel.image, decoded, pixels);
+        EXPECT_EQ(direct.data, perPixel.data) << f.name;
+        EXPECT_EQ(std::count(direct.data.begin(), direct.data.end(), char(0x5a)), 0) << f.name;
+    }
+    /* 8 bits: three pixels and a cleared padding byte per row. */
+    TestImage eight(kFormats[0], 3, 2);
+    std::fill(eight.data.begin(), eight.data.end(), char(0x5a));
+    bmp::ImageFiller(&eight.image, decoded, pixels).fill(0, 2);
+    const std::vector<char> expected = {char(0xab), char(0xab), char(0xab), 0,
+                                        char(0xab), char(0xab), char(0xab), 0};
+    EXPECT_EQ(eight.data, expected);
 }
 
-TEST_F(BmpFill, DecodeCountsEachUsedIndexOnce) {
+TEST_F(BmpFill, EachPixelIsCountedOnceAndPaddingNever) {
     bmpw::Indexed pic(5, 3, 2);
     pic.at(4, 0) = 9;
     pic.padding = 9; /* padding bytes are not pixels */
@@ -110,10 +129,12 @@ TEST_F(BmpFill, DecodeCountsEachUsedIndexOnce) {
     bmp::Picture decoded;
     ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
     EXPECT_EQ(decoded.stride, 8u);
-    EXPECT_EQ(decoded.useCount[2], 14u);
-    EXPECT_EQ(decoded.useCount[9], 1u);
+    bmp::PaletteUse use;
+    bmp::countUse(decoded, &use);
+    EXPECT_EQ(use.count[2], 14u);
+    EXPECT_EQ(use.count[9], 1u);
     uint32_t total = 0;
-    for (uint32_t count : decoded.useCount) total += count;
+    for (uint32_t count : use.count) total += count;
     EXPECT_EQ(total, 15u);
 }
 

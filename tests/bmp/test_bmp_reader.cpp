@@ -3,12 +3,13 @@
 #include "bmptest.h"
 
 #include <dlfcn.h>
+#include <xcb/xproto.h>
 
 #include <climits>
 
 namespace {
 
-/* The colours asked of XAllocColor while recording, in the order asked; optionally
+/* The colours the library asks the server to allocate, in the order asked; optionally
 ** every allocation fails. */
 struct AllocSpy {
     bool recording = false;
@@ -17,19 +18,40 @@ struct AllocSpy {
 };
 AllocSpy gSpy;
 
+template <typename Fn>
+Fn nextDefinition(const char *name) {
+    return reinterpret_cast<Fn>(dlsym(RTLD_NEXT, name));
+}
+
 } // namespace
 
-/* This program exports its own XAllocColor (tests.cmake; visible despite the hidden
-** default), which the library's calls reach instead of Xlib's: it notes the request and
-** forwards it to Xlib's function. */
-extern "C" __attribute__((visibility("default"))) Status XAllocColor(Display *display, Colormap colormap, XColor *colour) {
-    using AllocFn = Status (*)(Display *, Colormap, XColor *);
-    static const auto real = reinterpret_cast<AllocFn>(dlsym(RTLD_NEXT, "XAllocColor"));
+/* This program exports its own colour allocation request and reply functions
+** (tests.cmake; visible despite the hidden default), which the library's calls reach
+** instead of the X connection library's: they note the request, or turn the reply
+** into a failure, and otherwise forward to the real functions. */
+extern "C" __attribute__((visibility("default"))) xcb_alloc_color_cookie_t
+xcb_alloc_color(xcb_connection_t *c, xcb_colormap_t cmap, uint16_t red, uint16_t green,
+                uint16_t blue) {
+    using Fn = xcb_alloc_color_cookie_t (*)(xcb_connection_t *, xcb_colormap_t, uint16_t,
+                                            uint16_t, uint16_t);
+    static const Fn real = nextDefinition<Fn>("xcb_alloc_color");
     if (gSpy.recording)
-        gSpy.asked.push_back({uint8_t(colour->red >> 8), uint8_t(colour->green >> 8),
-                              uint8_t(colour->blue >> 8)});
-    if (gSpy.failing) return 0;
-    return real(display, colormap, colour);
+        gSpy.asked.push_back({uint8_t(red >> 8), uint8_t(green >> 8), uint8_t(blue >> 8)});
+    return real(c, cmap, red, green, blue);
+}
+
+extern "C" __attribute__((visibility("default"))) xcb_alloc_color_reply_t *
+xcb_alloc_color_reply(xcb_connection_t *c, xcb_alloc_color_cookie_t cookie,
+                      xcb_generic_error_t **e) {
+    using Fn = xcb_alloc_color_reply_t *(*)(xcb_connection_t *, xcb_alloc_color_cookie_t,
+                                            xcb_generic_error_t **);
+    static const Fn real = nextDefinition<Fn>("xcb_alloc_color_reply");
+    xcb_alloc_color_reply_t *reply = real(c, cookie, e);
+    if (gSpy.failing) {
+        std::free(reply);
+        reply = nullptr;
+    }
+    return reply;
 }
 
 namespace {
@@ -95,13 +117,33 @@ protected:
         bmpt::BmpTest::TearDown();
     }
 
-    /* A read with XAllocColor watched. */
+    /* A read with the colour requests watched. */
     Load loadWatched(const std::vector<uint8_t> &bytes) {
         gSpy.asked.clear();
         gSpy.recording = true;
         Load result = load(bytes);
         gSpy.recording = false;
         return result;
+    }
+
+    /* The colour requests of the last watched read: on a visual with allocatable cells
+    ** exactly `expected`, in order; on TrueColor none per colour (at most the grey
+    ** levels with which the reader learns the colormap's fixed channel tables). */
+    void expectColourRequests(const std::vector<bmpw::Rgb> &expected) {
+        if (!trueColour()) {
+            ASSERT_EQ(gSpy.asked.size(), expected.size());
+            for (size_t i = 0; i < expected.size(); ++i)
+                EXPECT_TRUE(sameRgb(gSpy.asked[i], expected[i])) << "request " << i;
+            return;
+        }
+        EXPECT_TRUE(gSpy.asked.empty() || gSpy.asked.size() == 256);
+        for (const bmpw::Rgb &rgb : gSpy.asked)
+            EXPECT_TRUE(rgb.red == rgb.green && rgb.green == rgb.blue) << "a colour was requested";
+    }
+
+    static bool trueColour() {
+        Display *dpy = xt::display();
+        return DefaultVisual(dpy, DefaultScreen(dpy))->c_class == TrueColor;
     }
 
     void expectRefused(const std::vector<uint8_t> &bytes, int32_t code, const char *what) {
@@ -210,9 +252,7 @@ TEST_F(BmpReader, RowPaddingIsNeitherCountedNorDrawn) {
     const Load got = loadWatched(bytes);
     ASSERT_EQ(got.result, 1);
     expectPicture(got.pixmap, pic);
-    EXPECT_EQ(gSpy.asked.size(), 3u);
-    for (const bmpw::Rgb &rgb : gSpy.asked)
-        EXPECT_FALSE(sameRgb(rgb, paddingColour)) << "colour allocated for a padding byte";
+    expectColourRequests({pic.palette[1], pic.palette[2], pic.palette[3]});
 }
 
 TEST_F(BmpReader, FirstStoredRowIsTheBottomRow) {
@@ -242,10 +282,27 @@ TEST_F(BmpReader, ColoursAreAllocatedOnlyForUsedIndicesInIndexOrder) {
     pic.at(2, 3) = 0;
     const Load got = loadWatched(bmpw::encode(pic));
     ASSERT_EQ(got.result, 1);
-    ASSERT_EQ(gSpy.asked.size(), 2u);
-    EXPECT_TRUE(sameRgb(gSpy.asked[0], pic.palette[0]));
-    EXPECT_TRUE(sameRgb(gSpy.asked[1], pic.palette[7]));
+    expectColourRequests({pic.palette[0], pic.palette[7]});
     expectPicture(got.pixmap, pic);
+}
+
+TEST_F(BmpReader, TrueColourPixelsAreTheOnesTheServerAllocates) {
+    if (!trueColour()) GTEST_SKIP() << "needs a TrueColor default visual";
+    /* Every level of every channel, in three different orders. */
+    bmpw::Indexed pic(16, 16);
+    for (int i = 0; i < 256; ++i) {
+        pic.palette[size_t(i)] = {uint8_t(i), uint8_t(255 - i), uint8_t((i * 7) & 0xff)};
+        pic.pixels[size_t(i)] = uint8_t(i);
+    }
+    const Load first = loadWatched(bmpw::encode(pic));
+    ASSERT_EQ(first.result, 1);
+    EXPECT_EQ(gSpy.asked.size(), 256u) << "the channel tables are learned on first use";
+    expectPicture(first.pixmap, pic);
+
+    const Load again = loadWatched(bmpw::encode(pic));
+    ASSERT_EQ(again.result, 1);
+    EXPECT_TRUE(gSpy.asked.empty()) << "learned once per display";
+    expectPicture(again.pixmap, pic);
 }
 
 /* Cells of the default colormap that a client can still allocate (it takes and gives
