@@ -7,53 +7,19 @@
 
 #include "bmpdecode.h"
 #include "bmpfill.h"
+#include "imageformats.h"
 
 namespace {
 
 namespace bmp = xc::bmp;
 
-struct Format {
-    int depth;
-    int bitsPerPixel;
-    int byteOrder;
-    const char *name;
-};
+using bmpt::Format;
+using bmpt::kFormats;
 
-constexpr Format kFormats[] = {
-    {8, 8, LSBFirst, "8 bits"},
-    {15, 16, LSBFirst, "15 in 16 bits, LSB first"},
-    {16, 16, LSBFirst, "16 bits, LSB first"},
-    {16, 16, MSBFirst, "16 bits, MSB first"},
-    {24, 24, LSBFirst, "24 bits, LSB first"},
-    {24, 24, MSBFirst, "24 bits, MSB first"},
-    {24, 32, LSBFirst, "24 in 32 bits, LSB first"},
-    {24, 32, MSBFirst, "24 in 32 bits, MSB first"},
-    {32, 32, LSBFirst, "32 bits, LSB first"},
-    {32, 32, MSBFirst, "32 bits, MSB first"},
-    /* Not whole bytes per pixel: these go pixel by pixel. */
-    {4, 4, MSBFirst, "4 bits"},
-    {1, 1, MSBFirst, "1 bit"},
-};
-
-/* A ZPixmap image over zeroed memory, made without the server (XInitImage). */
-struct TestImage {
-    std::vector<char> data;
-    XImage image = {};
-
-    TestImage(const Format &f, int width, int height) {
-        image.width = width;
-        image.height = height;
-        image.format = ZPixmap;
-        image.byte_order = f.byteOrder;
-        image.bitmap_unit = 32;
-        image.bitmap_bit_order = MSBFirst;
-        image.bitmap_pad = 32;
-        image.depth = f.depth;
-        image.bits_per_pixel = f.bitsPerPixel;
-        image.bytes_per_line = ((width * f.bitsPerPixel + 31) / 32) * 4;
-        data.assign(size_t(image.bytes_per_line) * size_t(height), 0);
-        image.data = data.data();
-        EXPECT_NE(XInitImage(&image), 0) << f.name;
+/* An image of the format, checked to be one Xlib takes. */
+struct TestImage : bmpt::TestImage {
+    TestImage(const Format &f, int width, int height) : bmpt::TestImage(f, width, height) {
+        EXPECT_TRUE(valid) << f.name;
     }
 };
 
@@ -70,7 +36,7 @@ TEST_F(BmpFill, DirectFillEqualsOnePutPixelPerPixelInEveryFormat) {
     ASSERT_EQ(bmp::decode(file.data(), file.size(), &decoded), bmp::kOk);
 
     for (const Format &f : kFormats) {
-        const unsigned long mask = f.depth == 32 ? 0xffffffffUL : (1UL << f.depth) - 1;
+        const unsigned long mask = bmpt::pixelMask(f);
         unsigned long pixels[256];
         for (unsigned long &p : pixels) p = random() & mask;
 

@@ -11,21 +11,11 @@
 
 #include "bmpdecode.h"
 #include "bmpfill.h"
+#include "imageformats.h"
 
 namespace {
 
 namespace bmp = xc::bmp;
-
-struct Format {
-    int depth;
-    int bitsPerPixel;
-    int byteOrder;
-};
-
-constexpr Format kFormats[] = {
-    {8, 8, LSBFirst},   {16, 16, LSBFirst}, {16, 16, MSBFirst}, {24, 24, LSBFirst},
-    {24, 24, MSBFirst}, {24, 32, LSBFirst}, {24, 32, MSBFirst}, {4, 4, MSBFirst},
-};
 
 /* Pictures above this many pixels are checked but not drawn (speed of the search). */
 constexpr int64_t kMaxDrawnPixels = 1 << 16;
@@ -34,32 +24,20 @@ void check(bool ok) {
     if (!ok) std::abort();
 }
 
-std::vector<char> draw(const Format &f, const bmp::Picture &pic, const unsigned long *pixels,
-                       bool direct, uint8_t garbage) {
-    XImage image = {};
-    image.width = pic.width;
-    image.height = pic.height;
-    image.format = ZPixmap;
-    image.byte_order = f.byteOrder;
-    image.bitmap_unit = 32;
-    image.bitmap_bit_order = MSBFirst;
-    image.bitmap_pad = 32;
-    image.depth = f.depth;
-    image.bits_per_pixel = f.bitsPerPixel;
-    image.bytes_per_line = ((pic.width * f.bitsPerPixel + 31) / 32) * 4;
-    std::vector<char> data(size_t(image.bytes_per_line) * size_t(pic.height), char(garbage));
-    image.data = data.data();
-    check(XInitImage(&image) != 0);
+std::vector<char> draw(const bmpt::Format &f, const bmp::Picture &pic,
+                       const unsigned long *pixels, bool direct, uint8_t garbage) {
+    bmpt::TestImage out(f, pic.width, pic.height, char(garbage));
+    check(out.valid);
     if (direct) {
-        bmp::ImageFiller filler(&image, pic, pixels);
+        bmp::ImageFiller filler(&out.image, pic, pixels);
         /* In two bands, the second first. */
         const int32_t half = pic.height / 2;
         filler.fill(half, pic.height - half);
         filler.fill(0, half);
     } else {
-        bmp::fillImagePerPixel(&image, pic, pixels);
+        bmp::fillImagePerPixel(&out.image, pic, pixels);
     }
-    return data;
+    return out.data;
 }
 
 } // namespace
@@ -89,10 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     unsigned long pixels[256];
     for (int index = 0; index < 256; ++index) pixels[index] = uint32_t(index * 0x9E3779B1u);
     const uint8_t garbage = data[size - 1];
-    for (const Format &f : kFormats) {
+    for (const bmpt::Format &f : bmpt::kFormats) {
         unsigned long masked[256];
-        const unsigned long mask = (1UL << f.depth) - 1;
-        for (int index = 0; index < 256; ++index) masked[index] = pixels[index] & mask;
+        for (int index = 0; index < 256; ++index) masked[index] = pixels[index] & bmpt::pixelMask(f);
         check(draw(f, pic, masked, true, garbage) == draw(f, pic, masked, false, uint8_t(~garbage)));
     }
     return 0;
