@@ -29,7 +29,8 @@ XC_API extern GC gcWizzyRunningJobs;
 XC_API extern GC gcWizzyCompletedJobs;
 XC_API extern XmFontList myDefaultFontList;
 
-/* The widget's own XmNfontList (not a copy), set by GuiCreateGcsAndFonts. */
+/* The widget's own XmNfontList (not a copy), set by GuiCreateGcsAndFonts; for a widget
+** without one (a shell or a manager such as a form) its XmNlabelFontList. */
 XC_API extern XmFontList fontlist;
 
 /* The pictures "up.bmp", "down.bmp" and "combo.bmp" from the directory gui/bmps below

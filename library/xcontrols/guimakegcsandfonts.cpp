@@ -32,6 +32,7 @@ enum TraceNo : int32_t {
     kTraceLoadFailed = 2,
     kTraceNoFont = 3,
     kTraceNoWidget = 4,
+    kTraceNoFontList = 5,
 };
 
 constexpr const char *kFontPattern = "*helv*med*r*normal*12*";
@@ -104,6 +105,19 @@ void createGcs(Widget w, Font font) {
     }
 }
 
+/* The widget's own font list. Shells and managers have none: theirs is the font list
+** they give their labels. */
+void takeFontList(Widget w) {
+    XmFontList list = nullptr;
+    XtVaGetValues(w, XmNfontList, &list, nullptr);
+    if (list == nullptr) XtVaGetValues(w, XmNlabelFontList, &list, nullptr);
+    if (list == nullptr) {
+        xc::trace(kTraceNoFontList, 0, "Widget %s has no font list", XtName(w));
+        return;
+    }
+    fontlist = list;
+}
+
 struct PictureFile {
     const char *file;
     Pixmap *pixmap;
@@ -133,6 +147,6 @@ extern "C" void GuiCreateGcsAndFonts(Widget w) {
     }
     xc::trace(kTraceCreate, 1, "GuiCreateGcsAndFonts()");
     createGcs(w, loadFont(XtDisplay(w)));
-    XtVaGetValues(w, XmNfontList, &fontlist, nullptr);
+    takeFontList(w);
     loadPictures();
 }

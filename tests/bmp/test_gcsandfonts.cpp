@@ -2,6 +2,7 @@
 ** they draw on the server. */
 #include "bmptest.h"
 
+#include <Xm/DrawingA.h>
 #include <Xm/Label.h>
 #include <Xm/PushB.h>
 #include <X11/Xatom.h>
@@ -173,6 +174,33 @@ TEST_F(GcsAndFonts, FontListIsTheWidgetsOwn) {
     ASSERT_NE(own, nullptr);
     GuiCreateGcsAndFonts(label_);
     EXPECT_EQ(fontlist, own);
+}
+
+TEST_F(GcsAndFonts, ShellsAndManagersGiveTheFontListOfTheirLabels) {
+    for (Widget w : {shell(), form()}) {
+        XmFontList own = nullptr, labels = nullptr;
+        XtVaGetValues(w, XmNfontList, &own, XmNlabelFontList, &labels, nullptr);
+        ASSERT_EQ(own, nullptr) << XtName(w) << " has a font list of its own";
+        ASSERT_NE(labels, nullptr) << XtName(w);
+        fontlist = nullptr;
+        GuiCreateGcsAndFonts(w);
+        EXPECT_EQ(fontlist, labels) << XtName(w);
+        for (GC *gc : kMadeGcs) XFreeGC(xt::display(), *gc);
+        for (Pixmap *p : kPixmaps) XFreePixmap(xt::display(), *p);
+        resetGlobals();
+    }
+    EXPECT_FALSE(hasTraceContaining("has no font list"));
+}
+
+TEST_F(GcsAndFonts, AWidgetWithoutFontListsLeavesFontlistAsItWas) {
+    Widget area = XtVaCreateManagedWidget("area", xmDrawingAreaWidgetClass, form(), nullptr);
+    XmFontList before = nullptr;
+    XtVaGetValues(label_, XmNfontList, &before, nullptr);
+    fontlist = before;
+    GuiCreateGcsAndFonts(area);
+    EXPECT_EQ(fontlist, before);
+    EXPECT_EQ(countTrace("Widget area has no font list"), 1);
+    for (GC *gc : kMadeGcs) EXPECT_NE(*gc, nullptr);
 }
 
 TEST_F(GcsAndFonts, ThreePicturesComeFromTheHomeDirectory) {
