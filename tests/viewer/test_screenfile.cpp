@@ -1,7 +1,11 @@
 /* test_screenfile.cpp - loading screen files into screen definition trees: every item
 ** type into its record, nesting, attachments, actions, and messages for bad files. */
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "kx.h"
 #include "loaderfixture.h"
@@ -410,6 +414,37 @@ TEST_F(LoaderTest, ParsingAgainReplacesTheScreenAndTakeHandsOverTheTree) {
     EXPECT_EQ(screen.tree(), nullptr);
     EXPECT_EQ(ObjGetRefCount(tree), 1);
     ObjReleaseInternal(&tree);
+}
+
+/* The ```json blocks of the format's documentation, in order. */
+std::vector<std::string> documentedExamples() {
+    std::ifstream in(XCV_SOURCE_DIR "/docs/screen-format.md");
+    std::stringstream text;
+    text << in.rdbuf();
+    std::vector<std::string> blocks;
+    const std::string doc = text.str(), open = "```json\n", close = "```";
+    for (size_t at = doc.find(open); at != std::string::npos; at = doc.find(open, at)) {
+        at += open.size();
+        size_t end = doc.find(close, at);
+        blocks.push_back(doc.substr(at, end - at));
+        at = end;
+    }
+    return blocks;
+}
+
+TEST_F(LoaderTest, TheDocumentedExamplesAreWhatTheProgramReadsAndWrites) {
+    std::vector<std::string> blocks = documentedExamples();
+    ASSERT_EQ(blocks.size(), 2u);
+    load(blocks[0]);
+    EXPECT_TRUE(screen.warnings.empty());
+    EXPECT_EQ(item(3)->itemType, static_cast<uint32_t>(PushButton));
+    // The answer sample has the shape that answers() writes.
+    nlohmann::ordered_json answer = nlohmann::ordered_json::parse(blocks[1]);
+    std::vector<std::string> keys;
+    for (const auto &field : answer.items()) keys.push_back(field.key());
+    EXPECT_EQ(keys, (std::vector<std::string>{"jobId", "closedBy", "values"}));
+    for (const auto &value : answer["values"].items())
+        EXPECT_EQ(value.value().begin().key(), "type") << value.key();
 }
 
 } // namespace

@@ -188,7 +188,7 @@ TEST(ViewerProgram, WithoutADisplayItExitsThree) {
 TEST(ViewerProgram, EveryExampleScreenRendersToAPng) {
     Scratch scratch;
     int examples = 0;
-    for (const auto &entry : fs::directory_iterator(XCV_EXAMPLES)) {
+    for (const auto &entry : fs::directory_iterator(XCV_SOURCE_DIR "/examples/screens")) {
         if (entry.path().extension() != ".json") continue;
         ++examples;
         std::string png = scratch.path_of(entry.path().stem().string() + ".png");
