@@ -107,18 +107,18 @@ protected:
             n += t.text.rfind("Process ", 0) == 0 && t.text.find(" action") != std::string::npos;
         return n;
     }
-
-    /* Clicks the list entry at `position` (visible) of `list`, optionally with a
-    ** modifier held; after a pause, so that two clicks never make a double click. */
-    static void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
-        pumpFor(static_cast<int>(XtGetMultiClickTime(display())) + 50);
-        Position x = 0, y = 0;
-        Dimension w = 0, h = 0;
-        ASSERT_TRUE(XmListPosToBounds(list, position, &x, &y, &w, &h)) << "entry " << position;
-        if (modifier == NoSymbol) click(list, x + w / 2, y + h / 2);
-        else clickWith(modifier, list, x + w / 2, y + h / 2);
-    }
 };
+
+/* Clicks the list entry at `position` (visible) of `list`, optionally with a
+** modifier held; after a pause, so that two clicks never make a double click. */
+inline void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
+    pumpFor(static_cast<int>(XtGetMultiClickTime(display())) + 50);
+    Position x = 0, y = 0;
+    Dimension w = 0, h = 0;
+    ASSERT_TRUE(XmListPosToBounds(list, position, &x, &y, &w, &h)) << "entry " << position;
+    if (modifier == NoSymbol) click(list, x + w / 2, y + h / 2);
+    else clickWith(modifier, list, x + w / 2, y + h / 2);
+}
 
 } // namespace xt
 

@@ -80,6 +80,20 @@ TEST_P(Buttons, TheClientMayFreeTheWholeScreenFromTheCloseCallback) {
     click(form()); /* the pointer over where the button was */
 }
 
+TEST_P(Buttons, CloseAimedAtAButtonWithoutActionsReportsJobZero) {
+    Screen s;
+    void *col = column(s);
+    s.add(col, selectionItem, 1, selectionData("Close the screen", 0));
+    s.add(col, PushButton, 4, pushButtonData("Stores no job"));
+    s.addAction(1, 4, ACTION_CLOSE);
+    show(s, 31);
+    click(outer(s, 1));
+    ASSERT_EQ(closeCalls().size(), 1u) << "the toggle's CLOSE reaches the button";
+    EXPECT_EQ(closeCalls()[0].jobId, 0) << "only a button with actions keeps the job";
+    EXPECT_TRUE(hasTrace("close plugin screen for job 0"));
+    destroy(s);
+}
+
 TEST_P(Buttons, WithoutACloseCallbackTheListStillStops) {
     InitPluginScreens(nullptr, nullptr);
     Screen s;

@@ -3,7 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <string>
 
@@ -16,11 +18,14 @@ namespace {
 const char *kUsage =
     "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json\n"
     "\n"
-    "Shows the plugin screen described in SCREEN.json (see docs/screen-format.md).\n"
+    "Shows the plugin screen described in SCREEN.json (see docs/screen-format.md);\n"
+    "\"-\" reads it from standard input.\n"
     "When a CLOSE action fires, prints the job id and the value of every item as one\n"
     "JSON document and exits 0; closing the window otherwise exits 1 and prints nothing.\n"
     "\n"
     "  --png PATH   render the screen to PATH once it is laid out, print PATH, exit 0\n"
+    "  --layout PATH  once the screen is shown, write each item's place on the screen\n"
+    "               to PATH as {\"<id>\": [x, y, width, height], ...} (root pixels)\n"
     "  --trace      write the library's trace lines to standard error\n"
     "  --size WxH   window size in pixels (default: the file's, else the screen's own)\n"
     "  --help       show this text\n"
@@ -61,6 +66,8 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
             args.trace = true;
         } else if (arg == "--png") {
             if (!value(args.options.pngPath)) return false;
+        } else if (arg == "--layout") {
+            if (!value(args.options.layoutPath)) return false;
         } else if (arg == "--size") {
             if (!value(size)) return false;
             if (!parseSize(size, args.options.width, args.options.height)) {
@@ -81,12 +88,22 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
     return error.empty();
 }
 
+/* The screen file's text; "-" reads standard input. */
 bool readFile(const std::string &path, std::string &text, std::string &error) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        error = std::strerror(errno);
+    std::error_code ec;
+    if (path != "-" && std::filesystem::is_directory(path, ec)) {
+        error = "it is a directory";
         return false;
     }
+    std::ifstream file;
+    if (path != "-") {
+        file.open(path, std::ios::binary);
+        if (!file) {
+            error = std::strerror(errno);
+            return false;
+        }
+    }
+    std::istream &in = path == "-" ? std::cin : file;
     std::ostringstream content;
     content << in.rdbuf();
     if (in.bad()) {

@@ -135,6 +135,42 @@ ExitCode renderToPng(XtAppContext app, Widget shell, const std::string &path) {
     return kAnswered;
 }
 
+/* One "id": [x, y, width, height] entry per item with a realized outer widget. */
+int writeItemPlace(void *ctx, void *node) {
+    auto *out = static_cast<std::string *>(ctx);
+    auto *item = static_cast<ScreenItem *>(TreeNodeCookie(node));
+    if (!ObjIsA(item, GUI_TAG_SCREEN_ITEM) || !ObjIsA(item->guiData, GUI_TAG_GUIDATA)) return 1;
+    auto *record = static_cast<GuiWidgetRecord *>(ListFirstItem(item->guiData->widgetList));
+    if (!ObjIsA(record, GUI_TAG_WIDGET) || !record->widget || !XtIsRealized(record->widget))
+        return 1;
+    Display *dpy = XtDisplay(record->widget);
+    XWindowAttributes a{};
+    int x = 0, y = 0;
+    Window child;
+    XGetWindowAttributes(dpy, XtWindow(record->widget), &a);
+    XTranslateCoordinates(dpy, XtWindow(record->widget), DefaultRootWindow(dpy), 0, 0, &x, &y,
+                          &child);
+    char entry[96];
+    std::snprintf(entry, sizeof entry, "%s\n  \"%ld\": [%d, %d, %d, %d]", out->size() > 1 ? "," : "",
+                  static_cast<long>(item->itemId), x, y, a.width, a.height);
+    *out += entry;
+    return 1;
+}
+
+/* Writes the places of the items once the window is settled; the file appears whole
+** (written aside, then renamed), so a reader that waits for it never sees half of it. */
+bool writeLayout(XtAppContext app, Widget shell, void *tree, const std::string &path) {
+    if (!settle(app, shell)) return false;
+    std::string doc = "{";
+    TreeWalk(tree, writeItemPlace, &doc, 0);
+    doc += "\n}\n";
+    const std::string aside = path + ".part";
+    FILE *file = std::fopen(aside.c_str(), "w");
+    if (!file) return false;
+    const bool written = std::fputs(doc.c_str(), file) >= 0;
+    return std::fclose(file) == 0 && written && std::rename(aside.c_str(), path.c_str()) == 0;
+}
+
 ExitCode runUntilClosed(XtAppContext app, void *tree) {
     while (!gOutcome.ended) XtAppProcessEvent(app, XtIMAll);
     if (!gOutcome.answered) return kDismissed;
@@ -170,6 +206,8 @@ ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char
     GuiCreatePlgScreen(form, tree, screen.jobId);
     TreeWalk(tree, watchButton, nullptr, 0);
     XtMapWidget(shell);
+    if (!options.layoutPath.empty() && !writeLayout(app, shell, tree, options.layoutPath))
+        std::fprintf(stderr, "xcontrols-view: cannot write %s\n", options.layoutPath.c_str());
 
     ExitCode status = options.pngPath.empty() ? runUntilClosed(app, tree)
                                             : renderToPng(app, shell, options.pngPath);

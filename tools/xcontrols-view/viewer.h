@@ -19,6 +19,10 @@ enum ExitCode {
 
 struct Options {
     std::string pngPath; /* render to this file and leave instead of waiting */
+    /* once the screen is laid out, write where each item's outer widget is on the screen
+    ** to this file: {"<id>": [x, y, width, height], ...} in root window pixels, for
+    ** programs that drive the window (tests) */
+    std::string layoutPath;
     int width = 0;       /* window size; 0: the file's, else the screen's natural size */
     int height = 0;
 };
