@@ -264,6 +264,27 @@ TEST_P(Combos, PickingAnEntryWithThePointerRunsItsActionsAndRecordsItsPosition) 
     destroy(s);
 }
 
+TEST_P(Combos, UpAndDownInTheFieldChooseEntriesAsThePointerDoes) {
+    Screen s;
+    comboScreen(s, 1, 0);
+    show(s);
+    GuiCombo *combo = comboOf(s, 60);
+    focus(combo->wText);
+    clearTraces();
+    key(XK_Down);
+    EXPECT_EQ(fieldText(combo), "Green");
+    EXPECT_EQ(comboData(s, 60)->selected, 2);
+    EXPECT_TRUE(hiddenItem(s, 6));
+    key(XK_Down);
+    EXPECT_EQ(comboData(s, 60)->selected, 3);
+    EXPECT_TRUE(hiddenItem(s, 8));
+    key(XK_Up);
+    EXPECT_EQ(comboData(s, 60)->selected, 2);
+    EXPECT_EQ(typedText(s, 60), "Green");
+    EXPECT_EQ(countTrace("Combo item selected now 2"), 2);
+    destroy(s);
+}
+
 TEST_P(Combos, TypedTextIsStoredAndRunsTheComboBoxsOwnActions) {
     Screen s;
     comboScreen(s, 1, 1);

@@ -185,6 +185,27 @@ TEST_P(Toggles, ClickingAnotherRadioButtonRunsOnlyTheNewButtonsActions) {
     destroy(s);
 }
 
+TEST_P(Toggles, TwoButtonsStoredSetAreBothShownSetUntilTheNextClick) {
+    Screen s;
+    void *col = column(s);
+    radioScreen(s, col);
+    data<RadioButtonData>(s, 22)->set = 1;
+    show(s);
+    EXPECT_TRUE(toggleOn(s, 21));
+    EXPECT_TRUE(toggleOn(s, 22));
+    EXPECT_EQ(actionTraces(), 0);
+    clearTraces();
+    click(value(s, 23));
+    EXPECT_FALSE(toggleOn(s, 21));
+    EXPECT_FALSE(toggleOn(s, 22));
+    EXPECT_TRUE(toggleOn(s, 23));
+    for (int id : {21, 22}) EXPECT_EQ(data<RadioButtonData>(s, id)->set, 0) << id;
+    EXPECT_EQ(countTrace("radio now set 0"), 2);
+    EXPECT_TRUE(hiddenItem(s, 8));
+    EXPECT_EQ(actionTraces(), 1) << "only the new button's action";
+    destroy(s);
+}
+
 TEST_P(Toggles, SetOnARadioButtonSwitchesTheOthersOffWithoutTheirHandlers) {
     Screen s;
     void *col = column(s);
