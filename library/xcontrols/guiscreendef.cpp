@@ -4,6 +4,9 @@
 #include <utility>
 
 #include "guicombo.h"
+#include "guidateinput.h"
+#include "guinuminput.h"
+#include "guitimeinput.h"
 #include "guiscreenitem.h"
 
 extern "C" {
@@ -37,11 +40,11 @@ constexpr ItemKind kItemKinds[] = {
     {RadioButton, "Create a RadioButton", nullptr},
     {PushButton, "Create a PushButton", buildPushButton},
     {EditBox, "Create a EditBox", buildEditBox},
-    {NumInput, "Create a NumInput", nullptr},
+    {NumInput, "Create a NumInput", buildNumInput},
     {Label, "Create a Label", buildLabel},
     {RowColManager, "Create a Row Col Manager", buildRowColManager},
-    {DateInput, "Create a Date Input", nullptr},
-    {TimeInput, "Create a Time Input", nullptr},
+    {DateInput, "Create a Date Input", buildDateInput},
+    {TimeInput, "Create a Time Input", buildTimeInput},
     {ChangePassword, "Create a Change password control", nullptr},
     {GetPasswordBox, "Create a GetPasswordBox", nullptr},
     {StackedTabManager, "Create a Stacked TabManager", nullptr},
@@ -132,23 +135,35 @@ void buildScreen(Widget parent, void *tree) {
 
 /* ---- Teardown --------------------------------------------------------------------------- */
 
+/* Takes every child of the form out of its layout before some of them go one by one.
+** An unrealized form leaves the attachments of the other children pointing at a
+** destroyed sibling and follows them at its next layout, which would read freed memory;
+** children that are not managed are not laid out. */
+void leaveLayout(Widget form) {
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(form, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    if (count > 0) XtUnmanageChildren(children, count);
+}
+
+/* Clears the handle before the control goes, so that nothing reaches it twice. */
+template <typename Control>
+void destroyOnce(void *&handle, void (*destroy)(Control *)) {
+    auto *control = static_cast<Control *>(handle);
+    handle = nullptr;
+    if (control != nullptr) destroy(control);
+}
+
 int destroyRecord(void *, void *element) {
     auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
                                           GUI_WIDGET_SIGNATURE);
     if (rec == nullptr) return 1;
     trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
-    switch (rec->widgetKind) {
-    case WIDGET_COMBO:
-        if (rec->combo) GuiDestroyCombo(static_cast<GuiCombo *>(rec->combo));
-        break;
-    case WIDGET_PLAIN:
-        if (Widget w = rec->widget) {
-            if (XtIsRealized(w)) unmapWidget(w);
-            XtDestroyWidget(w);
-        }
-        break;
-    default:
-        break;
+    if (rec->widgetKind != WIDGET_PLAIN) {
+        destroyControlOf(rec);
+    } else if (Widget w = rec->widget) {
+        if (XtIsRealized(w)) unmapWidget(w);
+        XtDestroyWidget(w);
     }
     return 1;
 }
@@ -232,6 +247,35 @@ int updateItems(oScreenDef *screen, oUpdateScreen *update) {
 }
 
 } // namespace
+
+Widget controlHolder(const GuiWidgetRecord *rec) {
+    Widget field = nullptr;
+    switch (rec->widgetKind) {
+    case WIDGET_NUMINPUT:
+        if (rec->numInput) field = static_cast<GuiNumInput *>(rec->numInput)->wText;
+        break;
+    case WIDGET_DATEINPUT:
+        if (rec->dateInput) field = static_cast<GuiDateInput *>(rec->dateInput)->wDay;
+        break;
+    case WIDGET_TIMEINPUT:
+        if (rec->timeInput) field = static_cast<GuiTimeInput *>(rec->timeInput)->wHours;
+        break;
+    default:
+        break;
+    }
+    return field ? XtParent(field) : nullptr;
+}
+
+void destroyControlOf(GuiWidgetRecord *rec) {
+    if (Widget holder = controlHolder(rec)) leaveLayout(holder);
+    switch (rec->widgetKind) {
+    case WIDGET_COMBO: destroyOnce(rec->combo, GuiDestroyCombo); break;
+    case WIDGET_NUMINPUT: destroyOnce(rec->numInput, GuiNumInputDestroy); break;
+    case WIDGET_DATEINPUT: destroyOnce(rec->dateInput, GuiDateInputDestroy); break;
+    case WIDGET_TIMEINPUT: destroyOnce(rec->timeInput, GuiTimeInputDestroy); break;
+    default: break;
+    }
+}
 
 void manage(Widget w) {
     if (w == nullptr) return;

@@ -1,5 +1,7 @@
 /* guiscreenitem.cpp - the plugin screen's shared steps: items, GUI data, widget records,
 ** the parent of an item and searches by item id. */
+#include <Xm/Form.h>
+#include <Xm/Frame.h>
 #include <Xm/ScrolledW.h>
 
 #include <cstdio>
@@ -119,6 +121,16 @@ void addWidget(oGuiData *gui, Widget w) {
 Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args) {
     args.add(XtNmappedWhenManaged, False);
     return XtCreateWidget(name, cls, parent, args.list(), args.count());
+}
+
+Widget createInsetFrame(Widget where, Widget *form) {
+    Args args;
+    args.add(XmNshadowThickness, 2).add(XmNshadowType, XmSHADOW_IN);
+    Widget frame = createHidden(where, "frame", xmFrameWidgetClass, args);
+    manage(frame);
+    *form = XmCreateForm(frame, const_cast<char *>("form"), nullptr, 0);
+    manage(*form);
+    return frame;
 }
 
 Widget createScrolled(Widget parent, const char *name, WidgetClass cls, Args &windowArgs,

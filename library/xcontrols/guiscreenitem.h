@@ -129,6 +129,11 @@ void runActions(void *node, bool inverted);
 /* The close callback registered with InitPluginScreens, or null. */
 GuiPlgCloseFn closeCallback();
 
+/* A frame with a sunken shadow, created hidden in `where`, and the form inside it
+** (`*form`), both queued for managing: the box of a combo box or a number input.
+** Returns the frame. */
+Widget createInsetFrame(Widget where, Widget *form);
+
 /* Creates a scrolled window in `parent` and the child of `cls` named `name` inside it, as
 ** Motif's scrolled list and text do, but unmanaged so that the build batch can manage
 ** both. `windowArgs` go to the scrolled window, `childArgs` to the child. Returns the
@@ -148,6 +153,18 @@ void buildSelectionItem(Widget parent, void *node);
 void buildRadioManager(Widget parent, void *node);
 void buildListBox(Widget parent, void *node);
 void buildComboBox(Widget parent, void *node);
+void buildDateInput(Widget parent, void *node);
+void buildTimeInput(Widget parent, void *node);
+void buildNumInput(Widget parent, void *node);
+
+/* The form that holds the widgets of the control of a number, date or time input
+** record; null for other records and for a record without a control. */
+Widget controlHolder(const GuiWidgetRecord *rec);
+
+/* Destroys the control of a control record (combo, number, date or time input) and
+** clears its handle, so that the control goes once, whether teardown or the end of its
+** widgets reaches it first. Plain records are left alone. */
+void destroyControlOf(GuiWidgetRecord *rec);
 
 } // namespace xc::screen
 

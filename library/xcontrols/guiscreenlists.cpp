@@ -1,7 +1,5 @@
 /* guiscreenlists.cpp - builders of list boxes and combo boxes, and the handlers that
 ** record the chosen entries and run their actions. */
-#include <Xm/Form.h>
-#include <Xm/Frame.h>
 #include <Xm/List.h>
 #include <Xm/PushB.h>
 #include <Xm/TextF.h>
@@ -101,17 +99,6 @@ int onComboSelection(GuiCombo *combo, void *node) {
     return 1;
 }
 
-/* The frame around the text field and the drop button, and the form inside it. */
-Widget createComboFrame(Widget where, Widget *form) {
-    Args args;
-    args.add(XmNshadowThickness, 2).add(XmNshadowType, XmSHADOW_IN);
-    Widget frame = createHidden(where, "frame", xmFrameWidgetClass, args);
-    manage(frame);
-    *form = XmCreateForm(frame, const_cast<char *>("form"), nullptr, 0);
-    manage(*form);
-    return frame;
-}
-
 Widget createDropButton(Widget form) {
     Args args;
     args.add(XmNtopAttachment, XmATTACH_FORM).add(XmNbottomAttachment, XmATTACH_FORM)
@@ -180,7 +167,7 @@ void buildComboBox(Widget parent, void *node) {
     if (where == nullptr) where = parent;
 
     Widget form = nullptr;
-    Widget frame = createComboFrame(where, &form);
+    Widget frame = createInsetFrame(where, &form);
     Widget button = createDropButton(form);
     Widget text = createComboText(form, button, data);
     Widget list = createDropList(where, frame);

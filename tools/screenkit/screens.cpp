@@ -105,6 +105,27 @@ void *comboItemData(const char *text) {
     return textData(GUI_TAG_COMBOITEM, GUI_COMBOITEM_SIGNATURE, text);
 }
 
+void *numInputData(int32_t value, int32_t maximum, int32_t minimum, int32_t columns) {
+    auto *d = newData<NumInputData>(GUI_TAG_NUMINPUT, GUI_NUMINPUT_SIGNATURE);
+    d->value = value;
+    d->maximum = maximum;
+    d->minimum = minimum;
+    d->columns = columns;
+    return d;
+}
+
+void *dateInputData(int32_t date) {
+    auto *d = newData<DateInputData>(GUI_TAG_DATEINPUT, GUI_DATEINPUT_SIGNATURE);
+    d->date = date;
+    return d;
+}
+
+void *timeInputData(int32_t time) {
+    auto *d = newData<TimeInputData>(GUI_TAG_TIMEINPUT, GUI_TIMEINPUT_SIGNATURE);
+    d->time = time;
+    return d;
+}
+
 Screen::Screen() { TreeCreateFromPool(&tree_, 0, MemGetDefaultPoolId()); }
 
 Screen::~Screen() { ObjReleaseInternal(&tree_); }

@@ -35,6 +35,9 @@ void *extendedListBoxData(int32_t multiple, int32_t width, int32_t visible);
 void *listItemData(const char *text, int32_t selected = 0);
 void *comboBoxData(int32_t selected, int32_t userEntry, int32_t columns = 0);
 void *comboItemData(const char *text);
+void *numInputData(int32_t value, int32_t maximum, int32_t minimum, int32_t columns = 0);
+void *dateInputData(int32_t date); /* seconds; 0: today */
+void *timeInputData(int32_t time); /* seconds; 0: now */
 
 /* A screen definition tree that a test builds and that is released when the object
 ** goes, unless the test released it (GuiFreeScreenDefAndWidgets(tree slot)). */
