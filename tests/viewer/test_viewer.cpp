@@ -26,15 +26,18 @@ namespace {
 /* A run of the viewer as a child process, its output gathered. */
 class Viewer {
 public:
+    /* Starts the viewer with `args`, settings added to its environment, and `input`
+    ** as its standard input. */
     explicit Viewer(const std::vector<std::string> &args,
-                    const std::vector<std::string> &env = {}) {
-        int out[2], err[2];
-        if (pipe(out) != 0 || pipe(err) != 0) return;
+                    const std::vector<std::string> &env = {}, const std::string &input = "") {
+        int in[2], out[2], err[2];
+        if (pipe(in) != 0 || pipe(out) != 0 || pipe(err) != 0) return;
         pid_ = fork();
         if (pid_ == 0) {
+            dup2(in[0], 0);
             dup2(out[1], 1);
             dup2(err[1], 2);
-            for (int fd : {out[0], out[1], err[0], err[1]}) close(fd);
+            for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]}) close(fd);
             for (const std::string &setting : env) putenv(const_cast<char *>(setting.c_str()));
             std::vector<char *> argv{const_cast<char *>(XCV_VIEWER)};
             for (const std::string &a : args) argv.push_back(const_cast<char *>(a.c_str()));
@@ -42,6 +45,11 @@ public:
             execv(XCV_VIEWER, argv.data());
             _exit(127);
         }
+        close(in[0]);
+        if (!input.empty()) {
+            EXPECT_EQ(write(in[1], input.data(), input.size()), static_cast<ssize_t>(input.size()));
+        }
+        close(in[1]);
         close(out[1]);
         close(err[1]);
         out_ = out[0];
@@ -149,6 +157,22 @@ TEST(ViewerProgram, BadScreenFilesExitTwoNamingThePlaceAndTheReason) {
     EXPECT_EQ(missing.finish(), 2);
     EXPECT_EQ(missing.err, "xcontrols-view: cannot read " + scratch.path_of("none.json") +
                                ": No such file or directory\n");
+    Viewer directory({scratch.path_of("")});
+    EXPECT_EQ(directory.finish(), 2);
+    EXPECT_EQ(directory.err,
+              "xcontrols-view: cannot read " + scratch.path_of("") + ": it is a directory\n");
+    Viewer piped({"-"}, {}, R"({"items": [{"type": "Label", "id": 1, "data": {"text": 1}}]})");
+    EXPECT_EQ(piped.finish(), 2);
+    EXPECT_EQ(piped.err,
+              "xcontrols-view: -: items[0].data.text: expected a string or null, got an integer\n");
+}
+
+TEST(ViewerProgram, ReadsTheScreenFromStandardInput) {
+    Scratch scratch;
+    std::string png = scratch.path_of("piped.png");
+    Viewer viewer({"--png", png, "-"}, {}, R"({"width": 120, "height": 80, "items": []})");
+    EXPECT_EQ(viewer.finish(), 0) << viewer.err;
+    EXPECT_EQ(pngSize(png), std::make_pair(120u, 80u));
 }
 
 TEST(ViewerProgram, BadArgumentsExitTwoWithTheUsage) {
