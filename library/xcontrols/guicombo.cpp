@@ -26,6 +26,28 @@ bool present(const GuiCombo *combo, const char *operation) {
     return false;
 }
 
+/* The combo calls out (the text field's callbacks, the client's callback) and the client
+** may destroy the combo from there. Each operation that goes on after a callout holds a
+** guard, which GuiDestroyCombo clears, and asks it before touching the handle again. */
+class Serving {
+public:
+    explicit Serving(GuiCombo *c) : combo_(c), outer_(innermost_) { innermost_ = this; }
+    ~Serving() { innermost_ = outer_; }
+    Serving(const Serving &) = delete;
+    Serving &operator=(const Serving &) = delete;
+    bool alive() const { return combo_ != nullptr; }
+    static void destroyed(const GuiCombo *c) {
+        for (Serving *s = innermost_; s != nullptr; s = s->outer_)
+            if (s->combo_ == c) s->combo_ = nullptr;
+    }
+private:
+    GuiCombo *combo_;
+    Serving *outer_;
+    static Serving *innermost_;
+};
+
+Serving *Serving::innermost_ = nullptr;
+
 Widget dropDownWindow(const GuiCombo *c) { return XtParent(c->wList); }
 
 void setText(const GuiCombo *c, const char *text) {
@@ -77,10 +99,12 @@ void closeOnFocusOut(Widget, XtPointer client, XEvent *event, Boolean *) {
 void takeChosenItem(Widget, XtPointer client, XtPointer call) {
     auto *c = static_cast<GuiCombo *>(client);
     auto *cbs = static_cast<XmListCallbackStruct *>(call);
+    Serving guard(c);
     {
         xc::XmText chosen(cbs->item);
         if (chosen.get() != nullptr) setText(c, chosen.get());
     }
+    if (!guard.alive()) return;
     if (cbs->event != nullptr && cbs->event->type == ButtonRelease) {
         XmProcessTraversal(c->wButton, XmTRAVERSE_CURRENT);
         closeDropDown(c);
@@ -225,8 +249,9 @@ XC_API void GuiChangeComboSelection(GuiCombo *combo, int32_t position, int32_t n
     XtVaGetValues(list, XmNitemCount, &count, XmNvisibleItemCount, &visible, nullptr);
     XmListDeselectAllItems(list);
     if (position < 0) return;   /* no such item: nothing selected, nothing to show */
+    Serving guard(combo);
     XmListSelectPos(list, position, notify != 0);
-    if (position <= count) scrollToShow(list, position, count, visible);
+    if (guard.alive() && position <= count) scrollToShow(list, position, count, visible);
 }
 
 XC_API int32_t GuiComboSelectItem(GuiCombo *combo, const char *text, int32_t notify) {
@@ -237,9 +262,10 @@ XC_API int32_t GuiComboSelectItem(GuiCombo *combo, const char *text, int32_t not
         position = XmListItemPos(combo->wList, item);
     }
     if (position == 0) return 0;
+    Serving guard(combo);
     GuiChangeComboSelection(combo, position, notify);
     /* Without notification the list's callback, which shows the text, does not run. */
-    if (notify == 0) setText(combo, text);
+    if (notify == 0 && guard.alive()) setText(combo, text);
     return 1;
 }
 
@@ -262,9 +288,10 @@ XC_API void GuiReplaceComboList(GuiCombo *combo, int32_t count, char **texts, in
     for (int32_t i = 0; texts != nullptr && i < count; ++i) GuiAddToComboList(combo, texts[i]);
     /* A choice still offered survives; otherwise the default item is chosen. */
     char *current = XmTextGetString(combo->wText);
-    if (!GuiComboSelectItem(combo, current, notify)) {
+    Serving guard(combo);
+    if (!GuiComboSelectItem(combo, current, notify) && guard.alive()) {
         setText(combo, "");
-        XmListSelectPos(combo->wList, combo->iDefaultPos, notify != 0);
+        if (guard.alive()) XmListSelectPos(combo->wList, combo->iDefaultPos, notify != 0);
     }
     XtFree(current);
 }
@@ -272,6 +299,7 @@ XC_API void GuiReplaceComboList(GuiCombo *combo, int32_t count, char **texts, in
 XC_API void GuiDestroyCombo(GuiCombo *combo) {
     xc::trace(kTraceDestroy, 1, "GuiDestroyCombo(%p)", static_cast<void *>(combo));
     if (combo == nullptr) return;
+    Serving::destroyed(combo);
     /* Destruction may move the focus; no handler may reach the handle after it goes. */
     removeBehaviour(combo);
     if (combo->bListShown == 1) closeDropDown(combo);
@@ -293,12 +321,14 @@ XC_API void GuiComboSetSensitive(GuiCombo *combo, int32_t flag) {
 
 XC_API void GuiComboSetDefaultSelection(GuiCombo *combo, int32_t notify) {
     if (!present(combo, "GuiComboSetDefaultSelection")) return;
+    Serving guard(combo);
     setText(combo, "");
+    if (!guard.alive()) return;
     /* The list's callback shows the default item's text in any case; bNotify decides
     ** whether the client hears of it. */
     combo->bNotify = notify == 1 ? 1 : 0;
     XmListSelectPos(combo->wList, combo->iDefaultPos, True);
-    combo->bNotify = 1;
+    if (guard.alive()) combo->bNotify = 1;
 }
 
 XC_API void GuiComboSelectDefault(GuiCombo *combo) { GuiComboSetDefaultSelection(combo, 1); }

@@ -137,7 +137,7 @@ TEST_P(Closing, FromAComboEntryReachedWithTheUpKey) {
 ** and that text change runs the combo box's own actions, whose CLOSE lets the client
 ** free the screen and the combo with it (a use after free in the list's choice
 ** callback). Enable once the control stops touching a handle destroyed meanwhile. */
-TEST_P(Closing, DISABLED_FromTheComboBoxItselfWhenAnEntryIsPicked) {
+TEST_P(Closing, FromTheComboBoxItselfWhenAnEntryIsPicked) {
     Screen s;
     showClosingScreen(s, [](Screen &s, void *col) {
         closingCombo(s, col, 2, 0);

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Builds the benchmarks optimised and runs each one under a private X server.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+./tools/install-deps.sh
+cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF > /dev/null
+cmake --build build-bench -j"$(nproc)"
+for bench in build-bench/bin/bench_*; do
+  echo "== $(basename "$bench")"
+  KX_HOME="$PWD/build-bench/share/xcontrols" xvfb-run -a -s "-screen 0 1280x1024x24" "$bench"
+done
