@@ -277,6 +277,26 @@ void destroyControlOf(GuiWidgetRecord *rec) {
     }
 }
 
+namespace {
+bool isInside(Widget w, Widget ancestor) {
+    for (Widget p = XtParent(w); p != nullptr; p = XtParent(p))
+        if (p == ancestor) return true;
+    return false;
+}
+} // namespace
+
+void manageQueuedWithin(Widget container) {
+    if (gPending == nullptr) return;
+    PoolVector<Widget> inner;
+    auto keep = gPending->begin();
+    for (Widget w : *gPending) {
+        if (isInside(w, container)) inner.push_back(w);
+        else *keep++ = w;
+    }
+    gPending->erase(keep, gPending->end());
+    if (!inner.empty()) flushPending(inner);
+}
+
 void manage(Widget w) {
     if (w == nullptr) return;
     if (gPending) gPending->push_back(w);

@@ -86,6 +86,10 @@ void addWidget(oGuiData *gui, Widget w);
 ** its new children out once instead of once per child. */
 void manage(Widget w);
 
+/* Manages at once the queued widgets that lie inside `container` (not the container
+** itself), so that the container can be measured before the batch ends. */
+void manageQueuedWithin(Widget container);
+
 /* A widget argument list that grows as a builder adds resources. */
 class Args {
 public:

@@ -1,6 +1,8 @@
 /* guiscreenlayout.cpp - the layout pass: form attachments, visibility, sensitivity and
 ** the row-and-column grid. */
 #include <Xm/Form.h>
+#include <X11/IntrinsicP.h>
+#include <X11/CompositeP.h>
 
 #include "guiscreenitem.h"
 
@@ -73,32 +75,53 @@ void applyAttachments(const ItemIndex &index, const ScreenItem *item, Widget out
     XtSetValues(outer, args.list(), args.count());
 }
 
-/* The size of a grid child as Motif knows it now. A container that has not been laid out
-** yet (its tree is not realized) reports no size of its own; its preferred size stands
-** in for it then. */
+/* Lays out an unrealized container the way Xt does just before it realizes one: every
+** composite of the subtree, innermost first, places its managed children and so takes
+** its own size. */
+void settle(Widget w) {
+    if (!XtIsComposite(w)) return;
+    auto *composite = reinterpret_cast<CompositeWidget>(w);
+    bool anyManaged = false;
+    for (Cardinal i = 0; i < composite->composite.num_children; ++i) {
+        settle(composite->composite.children[i]);
+        anyManaged = anyManaged || XtIsManaged(composite->composite.children[i]);
+    }
+    XtWidgetProc changeManaged =
+        reinterpret_cast<CompositeWidgetClass>(XtClass(w))->composite_class.change_managed;
+    if (anyManaged && changeManaged != nullptr) changeManaged(w);
+}
+
+/* The size of a grid child. A container built in this pass has not laid out its own
+** children yet (Xt would do it only when realizing it, after the grid has placed it),
+** so its children are managed and laid out first. */
 void measure(Widget w, Dimension *width, Dimension *height) {
+    if (XtIsComposite(w) && !XtIsRealized(w)) {
+        manageQueuedWithin(w);
+        settle(w);
+    }
     XtVaGetValues(w, XtNwidth, width, XtNheight, height, nullptr);
-    if (XtIsRealized(w) || !XtIsComposite(w)) return;
-    XtWidgetGeometry preferred;
-    XtQueryGeometry(w, nullptr, &preferred);
-    if ((preferred.request_mode & CWWidth) && preferred.width > *width) *width = preferred.width;
-    if ((preferred.request_mode & CWHeight) && preferred.height > *height) *height = preferred.height;
 }
 
 /* The grid children: the children of the manager that have an outer widget. A child
-** without one takes no cell. */
-PoolVector<Widget> gridCells(void *node) {
+** without one takes no cell. A child that holds items of its own is laid out first, so
+** that it is measured with its inner grids and attachments in place (the pre-order walk
+** lays it out again later, to the same result). */
+PoolVector<Widget> gridCells(void *node, const ItemIndex &index) {
     PoolVector<Widget> cells;
-    for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child))
-        if (Widget w = outerWidget(itemOf(child))) cells.push_back(w);
+    for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
+        Widget w = outerWidget(itemOf(child));
+        if (w == nullptr) continue;
+        if (TreeNodeChildCount(child) > 0) TreeWalkFromNode(child, layoutNode, const_cast<ItemIndex *>(&index), 0);
+        cells.push_back(w);
+    }
     return cells;
 }
 
-void layoutGrid(void *node, const ScreenItem *item) {
+void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
     auto *data = dataOf<RowColManagerData>(item, GUI_TAG_ROWCOL, GUI_ROWCOL_SIGNATURE);
     if (data == nullptr) return;
     const int columns = data->columns < 1 ? 1 : data->columns;
-    PoolVector<Widget> cells = gridCells(node);
+    PoolVector<Widget> cells = gridCells(node, index);
     const int rows = static_cast<int>((cells.size() + columns - 1) / columns);
     PoolVector<int32_t> rowHeights(rows, 0), columnWidths(columns, 0);
 
@@ -147,7 +170,7 @@ int layoutNode(void *index, void *node) {
         applyAttachments(*static_cast<const ItemIndex *>(index), item, outer);
         applyVisibility(item);
     }
-    if (item->itemType == RowColManager) layoutGrid(node, item);
+    if (item->itemType == RowColManager) layoutGrid(node, item, *static_cast<const ItemIndex *>(index));
     return 1;
 }
 

@@ -218,4 +218,30 @@ TEST_F(Layout, ScreenBuiltIntoAShownFormIsLaidOutAndMapped) {
     free(s);
 }
 
+/* Containers in a grid are measured with their own content laid out: a group box and a
+** nested grid take their real size, and the next row starts below them. */
+class GridOfContainers : public Layout, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(GridOfContainers, NextRowStartsBelowTheContainersRealSize) {
+    if (GetParam()) realize();
+    xt::Screen s;
+    void *outer = s.add(nullptr, RowColManager, 1, xt::rowColData(1));
+    void *box = s.add(outer, GroupBox, 2, xt::groupBoxData("Box"));
+    s.add(box, Label, 3, xt::labelData("inside the box"));
+    void *inner = s.add(outer, RowColManager, 4, xt::rowColData(2));
+    for (int i = 0; i < 4; ++i) s.add(inner, Label, 40 + i, xt::labelData("inner cell"));
+    s.add(outer, Label, 5, xt::labelData("last row"));
+    show(s, form());
+    auto boxG = geometry(outerWidget(s.item(2))), innerG = geometry(outerWidget(s.item(4)));
+    auto lastG = geometry(outerWidget(s.item(5))), cellG = geometry(outerWidget(s.item(43)));
+    EXPECT_GT(boxG.height, 30) << "the box holds its title and its label";
+    EXPECT_EQ(innerG.y, boxG.y + boxG.height + 5);
+    EXPECT_GE(innerG.height, 2 * cellG.height) << "the inner grid has two rows of cells";
+    EXPECT_EQ(lastG.y, innerG.y + innerG.height + 5);
+    EXPECT_TRUE(xt::isViewable(outerWidget(s.item(43))));
+    free(s);
+}
+
+INSTANTIATE_TEST_SUITE_P(BuiltBeforeAndAfterRealize, GridOfContainers, ::testing::Values(false, true));
+
 } // namespace
