@@ -13,6 +13,8 @@
 #include <thread>
 
 #include "gallery.h"
+#include "guibmploader.h"
+#include "guimakegcsandfonts.h"
 #include "xsnapshot.h"
 
 namespace {
@@ -156,6 +158,8 @@ int main(int argc, char **argv) {
     Widget shell = XtVaAppCreateShell("xcontrols-gallery", "XcGallery",
                                       topLevelShellWidgetClass, dpy, XmNtitle,
                                       "xcontrols gallery", XmNallowShellResize, True, nullptr);
+    GuiInitLoadBmps(shell);      /* the client's start-up: pictures, GCs and font list */
+    GuiCreateGcsAndFonts(shell);
     buildWindow(shell);
     XtRealizeWidget(shell);
 

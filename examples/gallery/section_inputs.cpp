@@ -12,7 +12,6 @@
 
 #include "gallery.h"
 #include "kx.h"
-#include "xcontrols/guibmploader.h"
 #include "xcontrols/guidateinput.h"
 #include "xcontrols/guimakegcsandfonts.h"
 #include "xcontrols/guinuminput.h"
@@ -28,13 +27,6 @@ void setLabel(Widget label, const std::string &text) {
     XmString s = XmStringCreateLocalized(const_cast<char *>(text.c_str()));
     XtVaSetValues(label, XmNlabelString, s, nullptr);
     XmStringFree(s);
-}
-
-/* The button pictures are shared; a gallery that has not made them yet makes them here. */
-void ensurePictures(Widget w) {
-    if (upPixmap != 0 && downPixmap != 0) return;
-    GuiInitLoadBmps(w);
-    GuiCreateGcsAndFonts(w);
 }
 
 /* An up or down button as the plugin screens make them: the shared picture on a push
@@ -183,7 +175,6 @@ Widget addTimeInput(Widget area, Widget above) {
 namespace gallery {
 
 void buildInputsSection(Widget area) {
-    ensurePictures(area);
     Widget row = addNumberInput(area, nullptr, "Copies 1 to 10, wraps", 10, 1, 3, 0, 1);
     row = addNumberInput(area, row, "Retries 0 to 20, 3 digits", 20, 0, 5, 3, 0);
     row = addDateInput(area, row);
