@@ -6,19 +6,14 @@
 #include <cstdint>
 #include <string>
 
-namespace kx {
+#include "blocktable.h"
 
-/* What a registered address is: a plain pool block, or the data of an object (whose
-** header lies in front of it, in the same allocation). */
-enum class BlockKind : uint8_t { Plain, Object };
+namespace kx {
 
 /* Allocates `headerSize + size` bytes for pool `poolId` and registers the address
 ** `base + headerSize` as a live block of `kind` accounted with `size` bytes. Returns
 ** that address, or null (unknown pool, no memory). */
 void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind kind);
-
-/* True when `p` is a registered live block of `kind`. Never dereferences `p`. */
-bool isLiveBlock(const void *p, BlockKind kind);
 
 /* Unregisters the block `p` of `kind` (allocated with `headerSize`) and frees it.
 ** False, and nothing happens, when `p` is not such a live block. */

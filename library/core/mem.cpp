@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -18,22 +17,15 @@ struct Pool {
     int64_t liveBytes = 0;
 };
 
-struct Block {
-    uint32_t poolId;
-    kx::BlockKind kind;
-    size_t size;
-};
-
-/* The runtime's bookkeeping. Made on first use and never destroyed, so that blocks
-** freed by other libraries' static destructors at exit still find it. */
+/* The pools' bookkeeping (the blocks themselves are in kx::liveBlocks). Made on first
+** use and never destroyed, so that blocks freed by other libraries' static destructors
+** at exit still find it. */
 struct Registry {
-    std::vector<Pool> pools;                       /* pool id n is pools[n - 1] */
-    std::unordered_map<const void *, Block> blocks; /* live address -> its block */
+    std::vector<Pool> pools; /* pool id n is pools[n - 1] */
     int64_t foreignFrees = 0;
 
     Registry() {
         pools.push_back(Pool{"default"});
-        blocks.reserve(4096);
     }
 };
 
@@ -58,28 +50,23 @@ void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind k
     void *base = std::malloc(headerSize + (size ? size : 1));
     if (base == nullptr) return nullptr;
     void *p = static_cast<char *>(base) + headerSize;
-    registry().blocks.emplace(p, Block{poolId, kind, size});
+    if (!liveBlocks.insert(BlockSlot{p, size, poolId, kind})) {
+        std::free(base);
+        return nullptr;
+    }
     pool->liveCount++;
     pool->liveBytes += static_cast<int64_t>(size);
     return p;
 }
 
-bool isLiveBlock(const void *p, BlockKind kind) {
-    if (p == nullptr) return false;
-    auto &blocks = registry().blocks;
-    auto it = blocks.find(p);
-    return it != blocks.end() && it->second.kind == kind;
-}
-
 bool freeBlock(const void *p, size_t headerSize, BlockKind kind) {
     if (p == nullptr) return false;
-    auto &blocks = registry().blocks;
-    auto it = blocks.find(p);
-    if (it == blocks.end() || it->second.kind != kind) return false;
-    Pool *pool = findPool(it->second.poolId);
+    const BlockSlot *slot = liveBlocks.find(p);
+    if (slot == nullptr || slot->kind != kind) return false;
+    Pool *pool = findPool(slot->poolId);
     pool->liveCount--;
-    pool->liveBytes -= static_cast<int64_t>(it->second.size);
-    blocks.erase(it);
+    pool->liveBytes -= static_cast<int64_t>(slot->size);
+    liveBlocks.erase(slot);
     std::free(const_cast<char *>(static_cast<const char *>(p)) - headerSize);
     return true;
 }

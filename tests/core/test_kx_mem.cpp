@@ -1,8 +1,10 @@
 /* test_kx_mem.cpp - pool accounting and frees that must never crash. */
 #include "kxtest.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <random>
 #include <vector>
 
 namespace {
@@ -129,6 +131,47 @@ TEST_F(MemTest, ManyBlocksFreedInAnyOrderBalanceTheAccount) {
     for (int i = kBlocks - 1; i > 0; i -= 2) MemFreeInternal(&blocks[i]);
     EXPECT_EQ(MemPoolLiveCount(pool()), count);
     EXPECT_EQ(MemPoolLiveBytes(pool()), bytes);
+}
+
+/* The registry keeps finding every live block while many others come and go in a
+** scrambled order: the lookups that guard every object access depend on it. */
+TEST_F(MemTest, LiveBlocksStayKnownWhileOthersComeAndGoInAnyOrder) {
+    constexpr uint32_t kObjects = 20000;
+    constexpr uint32_t kTagBase = 0x7a000000u;
+    std::vector<void *> objects(kObjects, nullptr);
+    std::vector<void *> blocks(kObjects, nullptr);
+    for (uint32_t i = 0; i < kObjects; ++i) {
+        ASSERT_TRUE(ObjCreateInternal(&objects[i], 8, kTagBase + i, "p;", 0, pool()));
+        blocks[i] = MemAllocateFromPool(i % 48, pool());
+        ASSERT_NE(blocks[i], nullptr);
+    }
+    std::vector<uint32_t> order(kObjects);
+    for (uint32_t i = 0; i < kObjects; ++i) order[i] = i;
+    std::shuffle(order.begin(), order.end(), std::mt19937(20240611u));
+
+    std::vector<const void *> gone;
+    for (uint32_t n = 0; n < kObjects / 2; ++n) {
+        const uint32_t i = order[n];
+        gone.push_back(objects[i]);
+        ObjReleaseInternal(&objects[i]);
+        MemFreeInternal(&blocks[i]);
+    }
+    uint32_t wrong = 0;
+    for (uint32_t i = 0; i < kObjects; ++i)
+        if (objects[i] != nullptr && ObjGetTag(objects[i]) != kTagBase + i) ++wrong;
+    for (const void *h : gone)
+        if (ObjGetTag(h) != 0) ++wrong;
+    EXPECT_EQ(wrong, 0u) << "live objects lost or released ones still found";
+
+    const int64_t foreign = MemForeignFreeCount();
+    for (uint32_t n = kObjects / 2; n < kObjects; ++n) {
+        const uint32_t i = order[n];
+        void *asBlock = objects[i];
+        MemFreeInternal(&asBlock); /* an object is no block, whatever its neighbours did */
+        ObjReleaseInternal(&objects[i]);
+        MemFreeInternal(&blocks[i]);
+    }
+    EXPECT_EQ(MemForeignFreeCount(), foreign + kObjects / 2);
 }
 
 } // namespace
