@@ -58,15 +58,36 @@ bool parseSignature(const char *signature, Layout &layout) {
     return true;
 }
 
-/* The shared layout of a signature, or null when it does not parse. */
-const Layout *layoutOf(const char *signature) {
+/* The shared layout of a signature text, or null when it does not parse. */
+const Layout *parsedLayout(const char *signature) {
     static auto *layouts = new std::unordered_map<std::string, std::unique_ptr<Layout>>;
-    const std::string key = signature ? signature : "";
+    const std::string key = signature;
     auto it = layouts->find(key);
     if (it != layouts->end()) return it->second.get();
     auto layout = std::make_unique<Layout>();
     if (!parseSignature(key.c_str(), *layout)) return nullptr;
     return layouts->emplace(key, std::move(layout)).first->second.get();
+}
+
+/* The shared layout of a signature, or null when it does not parse. Objects are made
+** over and over with the same signature literal, so a small cache keyed by the text's
+** address answers before the text is hashed; the text is still compared, since an
+** address may hold another signature by now. */
+const Layout *layoutOf(const char *signature) {
+    struct Recent {
+        const char *text;
+        const Layout *layout;
+    };
+    constexpr unsigned kRecentBits = 6;
+    static Recent recent[1u << kRecentBits];
+    const char *text = signature ? signature : "";
+    const uint64_t mixed = reinterpret_cast<uintptr_t>(text) * 0x9E3779B97F4A7C15ull;
+    Recent &entry = recent[mixed >> (64 - kRecentBits)];
+    if (entry.text == text && std::strcmp(entry.layout->text.c_str(), text) == 0)
+        return entry.layout;
+    const Layout *layout = parsedLayout(text);
+    if (layout != nullptr) entry = Recent{text, layout};
+    return layout;
 }
 
 Header *headerOf(const void *h) {
@@ -179,7 +200,9 @@ int ObjHasLayout(const void *hObj, const char *prefix) {
     const Header *header = liveHeader(hObj);
     if (header == nullptr) return 0;
     if (prefix == nullptr) return 1;
-    return header->layout->text.compare(0, std::strlen(prefix), prefix) == 0;
+    const std::string &text = header->layout->text;
+    const size_t length = std::strlen(prefix);
+    return length <= text.size() && std::memcmp(text.data(), prefix, length) == 0;
 }
 
 int ObjIsA(const void *hObj, uint32_t tag) {

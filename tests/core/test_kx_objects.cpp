@@ -2,6 +2,7 @@
 #include "kxtest.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -80,6 +81,25 @@ TEST_F(ObjectTest, BadSignaturesAndSizesAreRefused) {
     ASSERT_TRUE(ObjCreateInternal(&h, 8, kTagThing, nullptr, 0, pool()));
     EXPECT_STREQ(ObjGetSignature(h), "");
     ObjReleaseInternal(&h);
+}
+
+/* A signature is read afresh from its text, even at an address that held another. */
+TEST_F(ObjectTest, ASignatureBufferMayChangeBetweenCreations) {
+    char signature[16] = "p;";
+    void *h = nullptr;
+    ASSERT_TRUE(ObjCreateInternal(&h, 16, kTagThing, signature, 0, pool()));
+    EXPECT_STREQ(ObjGetSignature(h), "p;");
+    ObjReleaseInternal(&h);
+
+    std::strcpy(signature, "x;");
+    EXPECT_FALSE(ObjCreateInternal(&h, 16, kTagThing, signature, 0, pool()));
+
+    std::strcpy(signature, "i;i;s;");
+    ASSERT_FALSE(ObjCreateInternal(&h, 15, kTagThing, signature, 0, pool())) << "needs 16 bytes";
+    ASSERT_TRUE(ObjCreateInternal(&h, 16, kTagThing, signature, 0, pool()));
+    EXPECT_STREQ(ObjGetSignature(h), "i;i;s;");
+    static_cast<char **>(h)[1] = StrDuplicateIntoPool("owned", pool());
+    ObjReleaseInternal(&h); /* the string field is freed: the fixture sees no leak */
 }
 
 TEST_F(ObjectTest, FieldsFollowCStructLayout) {
