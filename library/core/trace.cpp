@@ -16,9 +16,17 @@ struct Sink {
     std::string path;
 };
 
+/* KX_TRACE as last read: where its value lay, a copy of it, and the sink it names. */
+struct EnvironmentSink {
+    const char *value = nullptr;
+    std::string text;
+    Sink sink;
+};
+
 struct TraceState {
     bool overridden = false; /* set by TraceSetSink; until then KX_TRACE decides */
     Sink sink;
+    EnvironmentSink environment;
     KxTraceHook hook = nullptr;
     void *hookCtx = nullptr;
 };
@@ -36,10 +44,19 @@ Sink parseSink(const char *text) {
     return Sink{};
 }
 
-/* KX_TRACE is asked for every line, so a change of it takes effect at once. */
-Sink currentSink() {
-    const TraceState &s = state();
-    return s.overridden ? s.sink : parseSink(std::getenv("KX_TRACE"));
+/* KX_TRACE is asked for every line, so a change of it takes effect at once; it is
+** parsed again only when its value moved or changed. */
+const Sink &currentSink() {
+    TraceState &s = state();
+    if (s.overridden) return s.sink;
+    const char *value = std::getenv("KX_TRACE");
+    EnvironmentSink &seen = s.environment;
+    if (value != seen.value || (value != nullptr && seen.text != value)) {
+        seen.value = value;
+        seen.text = value ? value : "";
+        seen.sink = parseSink(value);
+    }
+    return seen.sink;
 }
 
 /* printf into a string of whatever length the arguments need. */
@@ -74,9 +91,11 @@ extern "C" {
 
 int TraceMessageVa(const char *component, int32_t msgNo, int32_t sub, int32_t level,
                    const char *format, va_list args) {
+    TraceState &s = state();
+    /* Most lines go nowhere: they cost no formatting. */
+    if (s.hook == nullptr && currentSink().kind == SinkKind::Off) return 0;
     const std::string text = ::format(format, args);
     const char *name = component ? component : "";
-    TraceState &s = state();
     bool done = false;
     if (s.hook != nullptr) {
         s.hook(s.hookCtx, name, msgNo, sub, level, text.c_str());

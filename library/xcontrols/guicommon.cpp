@@ -1,7 +1,6 @@
 /* guicommon.cpp - helpers that every source unit of the library shares. */
 #include "guicommon.h"
 
-#include <cstdio>
 #include <cstring>
 
 namespace xc {
@@ -13,11 +12,16 @@ uint32_t pool() {
 
 namespace {
 
-/* Component names are padded with blanks to 11 characters. */
+/* Component names are cut or padded with blanks to 11 characters. Every trace call pays
+** for this, traced or not, so it is done without printf. */
 void traceV(const char *component, int32_t msgNo, int32_t sub, int32_t level,
             const char *format, va_list args) {
-    char padded[12];
-    std::snprintf(padded, sizeof padded, "%-11.11s", component);
+    constexpr size_t kWidth = 11;
+    char padded[kWidth + 1];
+    const size_t length = strnlen(component, kWidth);
+    std::memcpy(padded, component, length);
+    std::memset(padded + length, ' ', kWidth - length);
+    padded[kWidth] = '\0';
     TraceMessageVa(padded, msgNo, sub, level, format, args);
 }
 

@@ -421,14 +421,28 @@ protected:
     }
 };
 
-/* First of the trace tests: no sink has been set in this process yet. */
-TEST_F(TraceTest, KxTraceChoosesTheSinkUntilOverridden) {
-    ScopedEnv trace("KX_TRACE", "stderr");
+/* First of the trace tests: no sink has been set in this process yet. KX_TRACE counts
+** for each line as it stands then, however it was changed. */
+TEST_F(TraceTest, KxTraceChoosesTheSinkForEachLineUntilOverridden) {
+    static char entry[] = "KX_TRACE=off\0\0\0";
     testing::internal::CaptureStderr();
-    EXPECT_EQ(TraceMessage("GUI        ", 4, 1, 1, "from the environment"), 1);
-    TraceSetSink("off");
-    EXPECT_EQ(TraceMessage("GUI        ", 4, 2, 1, "overridden"), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "GUI          4.1 L1 from the environment\n");
+    {
+        ScopedEnv trace("KX_TRACE", "stderr");
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 1, 1, "from the environment"), 1);
+        setenv("KX_TRACE", "off", 1);
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 2, 1, "switched off"), 0);
+        putenv(entry);
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 3, 1, "still off"), 0);
+        std::strcpy(entry, "KX_TRACE=stderr"); /* the same entry, changed in place */
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 4, 1, "on again"), 1);
+        unsetenv("KX_TRACE");
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 5, 1, "unset"), 0);
+        setenv("KX_TRACE", "stderr", 1);
+        TraceSetSink("off");
+        EXPECT_EQ(TraceMessage("GUI        ", 4, 6, 1, "overridden"), 0);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "GUI          4.1 L1 from the environment\nGUI          4.4 L1 on again\n");
 }
 
 TEST_F(TraceTest, TheHookGetsEveryLineWhateverTheSink) {
