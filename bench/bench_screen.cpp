@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 #include "screens.h"
@@ -173,11 +174,15 @@ int main(int argc, char **argv) {
     XtRealizeWidget(shell);
     settle(XtDisplay(shell), app);
 
+    /* Arguments: the number of runs per size (3), and optionally one size to run alone
+    ** (for a profiler, which needs no other sizes). */
     const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 3;
+    std::vector<int> sizes{250, 1000, 4000};
+    if (argc > 2) sizes = {std::max(kItemsPerBlock, std::atoi(argv[2]))};
     std::printf("%-6s %12s %12s %8s %12s %12s %8s %10s\n", "items", "build ms", "motif ms", "ratio",
                 "teardown ms", "motif ms", "ratio", "bytes/item");
     bool ok = true;
-    for (int items : {250, 1000, 4000}) {
+    for (int items : sizes) {
         const int blocks = items / kItemsPerBlock;
         std::vector<double> lb, lt, bb, bt;
         double bytes = 0;
