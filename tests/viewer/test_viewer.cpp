@@ -369,4 +369,45 @@ TEST_F(ViewerWindow, CloseActionPrintsTheAnswersAndExitsZero) {
         << viewer.out;
 }
 
+TEST_F(ViewerWindow, TheBackupOptionsScreenAnswersEveryValueItHolds) {
+    Scratch scratch;
+    std::string layout = scratch.path_of("layout.json");
+    Viewer viewer({"--layout", layout, XCV_SOURCE_DIR "/examples/screens/backup-options.json"});
+    ASSERT_TRUE(xt::pumpUntil([&] { return fs::exists(layout); }, 20000))
+        << "the viewer wrote no layout\n" << (viewer.finish(1000), viewer.err);
+    auto ok = nlohmann::json::parse(std::ifstream(layout))["90"];
+    ASSERT_EQ(ok.size(), 4u);
+    XTestFakeMotionEvent(xt::display(), -1, ok[0].get<int>() + ok[2].get<int>() / 2,
+                         ok[1].get<int>() + ok[3].get<int>() / 2, CurrentTime);
+    xt::pressPointer();
+    xt::releasePointer();
+
+    ASSERT_EQ(viewer.finish(), 0) << viewer.err;
+    KxDateStruct april{2026, 4, 1, 0};
+    int32_t firstRun = 0;
+    ASSERT_TRUE(TimeFromDate(&firstRun, &april));
+    nlohmann::ordered_json expected = nlohmann::ordered_json::parse(R"({
+      "jobId": 42, "closedBy": 90,
+      "values": {
+        "4": {"type": "EditBox", "text": "Nightly file server"},
+        "6": {"type": "ComboBox", "selected": 2, "typedText": "Incremental",
+              "selectedText": "Incremental"},
+        "8": {"type": "NumInput", "value": 30},
+        "12": {"type": "selectionItem", "set": true},
+        "13": {"type": "selectionItem", "set": false},
+        "14": {"type": "selectionItem", "set": false},
+        "17": {"type": "GetPasswordBox", "encrypted": null},
+        "22": {"type": "RadioManager", "selected": 23},
+        "23": {"type": "RadioButton", "set": true},
+        "24": {"type": "RadioButton", "set": false},
+        "26": {"type": "EditBox", "text": "/srv/backup/nightly"},
+        "28": {"type": "ComboBox", "selected": 1, "typedText": "LTO-8 drive 1",
+               "selectedText": "LTO-8 drive 1"},
+        "42": {"type": "selectionItem", "set": true},
+        "44": {"type": "DateInput", "date": 0, "iso": "2026-04-01"},
+        "45": {"type": "TimeInput", "time": 81000, "iso": "22:30"}}})");
+    expected["values"]["44"]["date"] = firstRun;
+    EXPECT_EQ(nlohmann::ordered_json::parse(viewer.out), expected) << viewer.out;
+}
+
 } // namespace
