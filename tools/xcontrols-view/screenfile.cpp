@@ -42,14 +42,12 @@ std::string describe(const json &v) {
     }
 }
 
-const json &expectObject(const json &v, const std::string &path) {
+void expectObject(const json &v, const std::string &path) {
     if (!v.is_object()) fail(path, "expected an object, got " + describe(v));
-    return v;
 }
 
-const json &expectArray(const json &v, const std::string &path) {
+void expectArray(const json &v, const std::string &path) {
     if (!v.is_array()) fail(path, "expected an array, got " + describe(v));
-    return v;
 }
 
 /* Rejects fields that `allowed` does not name (most likely typing mistakes). */
@@ -184,7 +182,7 @@ public:
         if (out_.width < 0) fail("width", "must not be negative");
         if (out_.height < 0) fail("height", "must not be negative");
         if (!TreeCreateFromPool(&out_.tree_, 0, MemGetDefaultPoolId())) fail("", "out of memory");
-        items(required(doc, "top level", "items"), "items", nullptr);
+        items(required(doc, "", "items"), "items", nullptr);
         warnAboutReferences();
     }
 
