@@ -1,6 +1,7 @@
 /* guiscreendef.cpp - plugin screens: the entry points, the create dispatch, the build
 ** batch and the teardown by widget kind. */
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "guicombo.h"
@@ -309,6 +310,22 @@ GuiPlgCloseFn closeCallback() { return gClose; }
 
 using namespace xc::screen;
 
+namespace {
+
+/* Runs an entry point's work; the library's containers may run out of memory, and no
+** exception may leave the C boundary. */
+template <typename Work>
+int guarded(const char *entry, Work &&work) noexcept {
+    try {
+        return work();
+    } catch (const std::bad_alloc &) {
+        xc::trace(110, -1, "%s: out of memory", entry);
+        return 0;
+    }
+}
+
+} // namespace
+
 extern "C" {
 
 XC_API void InitPluginScreens(GuiPlgCloseFn fnClose, void *pClientValue) {
@@ -318,15 +335,28 @@ XC_API void InitPluginScreens(GuiPlgCloseFn fnClose, void *pClientValue) {
 
 XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId) {
     glJobId = jobId;
-    TreeWalk(hScreenDef, releaseGuiData, nullptr, 0);
-    buildScreen(parent, hScreenDef);
+    if (parent == nullptr) {
+        xc::trace(111, -1, "No parent widget for the screen");
+        return 1;
+    }
+    guarded("GuiCreatePlgScreen", [&] {
+        TreeWalk(hScreenDef, releaseGuiData, nullptr, 0);
+        buildScreen(parent, hScreenDef);
+        return 1;
+    });
     return 1;
 }
 
 XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32_t perItem) {
     if (pScreen == nullptr || pUpdate == nullptr) return 0;
     glJobId = pScreen->jobId;
-    return perItem ? updateItems(pScreen, pUpdate) : updateWholeScreen(pScreen, pUpdate);
+    if (!perItem && pScreen->parentWidget == nullptr) {
+        xc::trace(111, -1, "No parent widget for the screen");
+        return 0;
+    }
+    return guarded("GuiUpdatePlgScreen", [&] {
+        return perItem ? updateItems(pScreen, pUpdate) : updateWholeScreen(pScreen, pUpdate);
+    });
 }
 
 XC_API void GuiFreeScreenDef(void *phScreenDef) {
@@ -337,7 +367,10 @@ XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef) {
     void **slot = static_cast<void **>(phScreenDef);
     if (slot == nullptr || *slot == nullptr) return;
     xc::trace(109, 0, "Destroy the widgets making up the screen");
-    destroyWidgets(*slot);
+    guarded("GuiFreeScreenDefAndWidgets", [&] {
+        destroyWidgets(*slot);
+        return 1;
+    });
     GuiFreeScreenDef(slot);
 }
 

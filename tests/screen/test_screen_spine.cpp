@@ -133,6 +133,18 @@ TEST_F(Spine, TeardownDestroysChildrenFirstAndEachItemsWidgetsLastFirst) {
     EXPECT_EQ(countTrace("Destroy widget of type 0"), 4);
 }
 
+TEST_F(Spine, NoParentWidgetBuildsNothing) {
+    xt::Screen s;
+    s.add(nullptr, Label, 1, xt::labelData("orphan"));
+    EXPECT_EQ(GuiCreatePlgScreen(nullptr, s.tree(), 3), 1);
+    EXPECT_TRUE(hasTrace("No parent widget for the screen"));
+    EXPECT_EQ(s.item(1)->guiData, nullptr);
+    oScreenDef orphan{3, 0, 0, 0, nullptr, nullptr};
+    oUpdateScreen whole{s.tree(), 0, 0, nullptr};
+    EXPECT_EQ(GuiUpdatePlgScreen(&orphan, &whole, 0), 0);
+    EXPECT_EQ(orphan.oPluginScreenDef, nullptr);
+}
+
 TEST_F(Spine, FreeWithNullPointerOrNullHandleDoesNothing) {
     GuiFreeScreenDefAndWidgets(nullptr);
     void *none = nullptr;
