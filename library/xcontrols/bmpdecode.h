@@ -54,7 +54,7 @@ int32_t decode(const uint8_t *data, size_t size, Picture *pic);
 /* Counts the pixels of each palette index of a decoded picture. */
 void countUse(const Picture &pic, PaletteUse *use);
 
-/* The palette entry `index` as an X colour specification "#rrggbb". */
+/* The palette entry `index` as an X colour string "#rrggbb". */
 void colourSpec(const Picture &pic, int index, char spec[8]);
 
 /* One palette index as the bytes of one image pixel, in image memory order. */
