@@ -155,7 +155,23 @@ void destroyOnce(void *&handle, void (*destroy)(Control *)) {
     if (control != nullptr) destroy(control);
 }
 
-int destroyRecord(void *, void *element) {
+/* What the teardown walk knows: the outer widgets of the top-level items. Each is
+** destroyed after everything its item holds, and Xt then destroys whatever still lies
+** inside it, children before their parents, in one recursive pass: a plain widget inside
+** one of them is left to it rather than destroyed alone, which would make Xt take it
+** out of its parent's layout and child list one widget at a time. */
+struct Teardown {
+    PoolVector<Widget> topLevel;
+    PoolVector<Widget> loose; /* widgets destroyed on their own */
+
+    bool leftToTopLevel(Widget w) const { /* topLevel is sorted */
+        for (Widget p = XtParent(w); p != nullptr; p = XtParent(p))
+            if (std::binary_search(topLevel.begin(), topLevel.end(), p)) return true;
+        return false;
+    }
+};
+
+int destroyRecord(void *ctx, void *element) {
     auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
                                           GUI_WIDGET_SIGNATURE);
     if (rec == nullptr) return 1;
@@ -163,32 +179,40 @@ int destroyRecord(void *, void *element) {
     if (rec->widgetKind != WIDGET_PLAIN) {
         destroyControlOf(rec);
     } else if (Widget w = rec->widget) {
+        if (static_cast<const Teardown *>(ctx)->leftToTopLevel(w)) return 1;
         if (XtIsRealized(w)) unmapWidget(w);
         XtDestroyWidget(w);
     }
     return 1;
 }
 
-int destroyNodeWidgets(void *, void *node) {
-    if (oGuiData *gui = guiDataOf(itemOf(node))) ListWalkBackwards(gui->widgetList, destroyRecord, nullptr);
+int destroyNodeWidgets(void *ctx, void *node) {
+    if (oGuiData *gui = guiDataOf(itemOf(node))) ListWalkBackwards(gui->widgetList, destroyRecord, ctx);
     return 1;
 }
 
-int collectManaged(void *ctx, void *node) {
-    auto *widgets = static_cast<PoolVector<Widget> *>(ctx);
-    if (GuiWidgetRecord *rec = outerRecord(itemOf(node)))
-        if (rec->widgetKind == WIDGET_PLAIN && rec->widget && XtIsManaged(rec->widget))
-            widgets->push_back(rec->widget);
+/* Collects the managed plain widgets that the teardown will destroy one by one. */
+int collectLoose(void *ctx, void *node) {
+    auto *teardown = static_cast<Teardown *>(ctx);
+    if (oGuiData *gui = guiDataOf(itemOf(node)))
+        ListWalk(gui->widgetList, [](void *walk, void *element) {
+            auto *t = static_cast<Teardown *>(walk);
+            auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
+                                                  GUI_WIDGET_SIGNATURE);
+            if (rec && rec->widgetKind == WIDGET_PLAIN && rec->widget && XtIsManaged(rec->widget) &&
+                !t->leftToTopLevel(rec->widget))
+                t->loose.push_back(rec->widget);
+            return 1;
+        }, teardown);
     return 1;
 }
 
-/* Takes the items' outer widgets out of their forms in one call per parent and drops
-** their windows in one request each before they are destroyed one by one: destroying a
-** realized, managed widget makes its form lay out the remaining children again and
-** costs a window request of its own, once per widget. */
-void retireOuterWidgets(void *tree) {
-    PoolVector<Widget> widgets;
-    TreeWalk(tree, collectManaged, &widgets, 0);
+/* Takes the widgets that go one by one out of their forms first, in one call per parent:
+** destroying a managed widget makes a realized form lay out the remaining children
+** again, once per widget. Unmanaged, they are unmapped with all they hold. */
+void unmanageLoose(Teardown &teardown, void *tree) {
+    TreeWalk(tree, collectLoose, &teardown, 0);
+    PoolVector<Widget> &widgets = teardown.loose;
     std::stable_sort(widgets.begin(), widgets.end(),
                      [](Widget a, Widget b) { return XtParent(a) < XtParent(b); });
     size_t start = 0;
@@ -198,13 +222,15 @@ void retireOuterWidgets(void *tree) {
             start = i;
         }
     }
-    for (Widget w : widgets)
-        if (XtIsRealized(w)) XtUnrealizeWidget(w);
 }
 
 void destroyWidgets(void *tree) {
-    retireOuterWidgets(tree);
-    TreeWalkPostOrder(tree, destroyNodeWidgets, nullptr);
+    Teardown teardown;
+    for (void *node = TreeFirstNode(tree); node != nullptr; TreeNextSibling(&node, node))
+        if (Widget w = outerWidget(itemOf(node))) teardown.topLevel.push_back(w);
+    std::sort(teardown.topLevel.begin(), teardown.topLevel.end());
+    unmanageLoose(teardown, tree);
+    TreeWalkPostOrder(tree, destroyNodeWidgets, &teardown);
 }
 
 /* ---- Updates ----------------------------------------------------------------------------- */
