@@ -99,7 +99,9 @@ void measure(Widget w, Dimension *width, Dimension *height) {
         manageQueuedWithin(w);
         settle(w);
     }
-    XtVaGetValues(w, XtNwidth, width, XtNheight, height, nullptr);
+    Args size;
+    size.add(XtNwidth, reinterpret_cast<XtArgVal>(width)).add(XtNheight, reinterpret_cast<XtArgVal>(height));
+    XtGetValues(w, size.list(), size.count());
 }
 
 /* The grid children: the children of the manager that have an outer widget. A child
@@ -140,9 +142,11 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
     int x = 0, y = 0;
     for (size_t i = 0; i < cells.size(); ++i) {
         const int row = static_cast<int>(i) / columns, column = static_cast<int>(i) % columns;
-        XtVaSetValues(cells[i], XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_NONE,
-                      XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_NONE,
-                      XmNleftOffset, x, XmNtopOffset, y, nullptr);
+        Args place;
+        place.add(XmNtopAttachment, XmATTACH_FORM).add(XmNbottomAttachment, XmATTACH_NONE)
+            .add(XmNleftAttachment, XmATTACH_FORM).add(XmNrightAttachment, XmATTACH_NONE)
+            .add(XmNleftOffset, x).add(XmNtopOffset, y);
+        XtSetValues(cells[i], place.list(), place.count());
         trace(203, 0, "For row %ld col %ld place at %ld %ld", static_cast<long>(row),
               static_cast<long>(column), static_cast<long>(x), static_cast<long>(y));
         x += columnWidths[column] + kColumnGap;
