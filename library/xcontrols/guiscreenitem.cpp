@@ -4,6 +4,7 @@
 #include <Xm/Frame.h>
 #include <Xm/ScrolledW.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "guiscreenitem.h"
@@ -69,13 +70,18 @@ int indexItem(void *ctx, void *node) {
 }
 } // namespace
 
-ItemIndex::ItemIndex(void *tree) : tree_(tree) { TreeWalk(tree, indexItem, this, 0); }
+ItemIndex::ItemIndex(void *tree) : tree_(tree) {
+    TreeWalk(tree, indexItem, this, 0);
+    std::stable_sort(items_.begin(), items_.end(),
+                     [](const Entry &a, const Entry &b) { return a.first < b.first; });
+}
 
-void ItemIndex::add(ScreenItem *item) { items_.emplace(item->itemId, item); }
+void ItemIndex::add(ScreenItem *item) { items_.emplace_back(item->itemId, item); }
 
 ScreenItem *ItemIndex::find(int32_t itemId) const {
-    auto it = items_.find(itemId);
-    return it == items_.end() ? nullptr : it->second;
+    auto it = std::lower_bound(items_.begin(), items_.end(), itemId,
+                               [](const Entry &e, int32_t id) { return e.first < id; });
+    return it != items_.end() && it->first == itemId ? it->second : nullptr;
 }
 
 oGuiData *createGuiData(void *node) {

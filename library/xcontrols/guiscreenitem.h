@@ -6,7 +6,6 @@
 #include "guicommon.h"
 #include "guiscreendef.h"
 
-#include <unordered_map>
 #include <utility>
 
 namespace xc::screen {
@@ -50,12 +49,11 @@ public:
     explicit ItemIndex(void *tree);
     void *tree() const { return tree_; }
     ScreenItem *find(int32_t itemId) const;
-    void add(ScreenItem *item); /* keeps the first item of each id */
+    void add(ScreenItem *item);
 private:
-    using Entry = std::pair<const int32_t, ScreenItem *>;
+    using Entry = std::pair<int32_t, ScreenItem *>;
     void *tree_;
-    std::unordered_map<int32_t, ScreenItem *, std::hash<int32_t>, std::equal_to<int32_t>,
-                       PoolAllocator<Entry>> items_;
+    PoolVector<Entry> items_; /* by id; of equal ids the first in pre-order comes first */
 };
 
 /* ---- The builders' common steps ----------------------------------------------------- */
