@@ -1,6 +1,7 @@
 // The layout pass on a real display: attachments, the row-and-column grid, visibility and
 // sensitivity, read back from the widgets after Motif has laid them out.
 #include "xharness.h"
+#include <array>
 #include <X11/Xresource.h>
 #include <Xm/Form.h>
 #include "screens.h"
@@ -158,6 +159,25 @@ TEST_F(Layout, AttachToAnItemAndByPosition) {
     Widget first = outerWidget(s.item(1)), second = outerWidget(s.item(2));
     EXPECT_EQ(geometry(first).x, geometry(form()).width / 10);
     EXPECT_EQ(geometry(second).y, geometry(first).y + geometry(first).height + 12);
+    free(s);
+}
+
+TEST_F(Layout, AnAttachmentToADuplicatedIdFindsTheFirstInPreOrder) {
+    xt::Screen s;
+    s.add(nullptr, Label, 5, xt::labelData("first five"));
+    s.add(nullptr, Label, 5, xt::labelData("second five"));
+    s.add(nullptr, Label, 6, xt::labelData("under the first"));
+    void *secondFive = nullptr;
+    TreeNextSibling(&secondFive, TreeFirstNode(s.tree()));
+    xt::itemOf(secondFive)->attachments = nullptr;
+    s.attach(5, ATTACH_TOP, ATTACH_POSITION, 0, 0, 10);
+    s.attach(6, ATTACH_TOP, ATTACH_ITEM, 0, 5, 4);
+    ScreenAttachment low{ATTACH_POSITION, 50, 0, 0};
+    std::array<ScreenAttachment *, 4> lowSides{nullptr, nullptr, &low, nullptr};
+    xt::itemOf(secondFive)->attachments = lowSides.data();
+    show(s, form());
+    Widget first = outerWidget(s.item(5)), under = outerWidget(s.item(6));
+    EXPECT_EQ(geometry(under).y, geometry(first).y + geometry(first).height + 4);
     free(s);
 }
 
