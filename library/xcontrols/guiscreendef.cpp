@@ -241,10 +241,12 @@ int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update) {
         cookie = TreeGetCookie(screen->oPluginScreenDef);
     TreeSetCookie(update->tree, cookie);
     trace(104, 0, "Process screen update of whole screen");
+    /* The new tree's reference is taken first: the update may hand the shown tree again. */
+    void *next = ObjIncRefCount(update->tree) ? update->tree : nullptr;
     destroyWidgets(screen->oPluginScreenDef);
     ObjReleaseInternal(&screen->oPluginScreenDef);
-    screen->oPluginScreenDef = ObjIncRefCount(update->tree) ? update->tree : nullptr;
-    buildScreen(screen->parentWidget, screen->oPluginScreenDef);
+    screen->oPluginScreenDef = next;
+    buildScreen(screen->parentWidget, next);
     return 1;
 }
 

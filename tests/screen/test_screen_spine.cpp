@@ -178,6 +178,21 @@ TEST_F(Spine, WholeScreenUpdateCarriesOrReplacesTheScreenCookie) {
     freeShown();
 }
 
+TEST_F(Spine, WholeScreenUpdateWithTheShownTreeRebuildsIt) {
+    xt::Screen s;
+    s.add(nullptr, Label, 1, xt::labelData("again"));
+    show(s.tree());
+    clearTraces();
+    oUpdateScreen same{s.tree(), 0, 0, nullptr};
+    EXPECT_EQ(GuiUpdatePlgScreen(&screen_, &same, 0), 1);
+    EXPECT_EQ(screen_.oPluginScreenDef, s.tree());
+    EXPECT_EQ(ObjGetRefCount(s.tree()), 2) << "the test's and the screen record's";
+    EXPECT_EQ(countTrace("Destroy widget of type 0"), 1);
+    EXPECT_EQ(countTrace("Create a Label"), 1);
+    EXPECT_EQ(XtParent(outerWidget(s.item(1))), form());
+    freeShown();
+}
+
 TEST_F(Spine, PerItemUpdateAppliesFlagsAndActionsInUpdateOrderEvenForAnIdListedTwice) {
     xt::Screen shown, patch;
     shown.add(nullptr, Label, 5, xt::labelData("five"));
