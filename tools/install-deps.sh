@@ -6,10 +6,10 @@ set -euo pipefail
 packages=(
   build-essential cmake pkg-config
   libmotif-dev libxt-dev libx11-dev libxext-dev libxpm-dev libxtst-dev libx11-xcb-dev
-  xvfb xauth x11-apps xfonts-base xfonts-75dpi xfonts-100dpi
+  xvfb xauth xfonts-base xfonts-75dpi xfonts-100dpi
   libgtest-dev libgmock-dev
   nlohmann-json3-dev libsodium-dev libpng-dev
-  imagemagick clang libclang-rt-14-dev
+  clang libclang-rt-14-dev
 )
 
 missing=()
