@@ -133,10 +133,9 @@ TEST_P(Closing, FromAComboEntryReachedWithTheUpKey) {
     expectClosedOnce(s);
 }
 
-/* Disabled: the combo control goes on with its handle after it has set the chosen text,
-** and that text change runs the combo box's own actions, whose CLOSE lets the client
-** free the screen and the combo with it (a use after free in the list's choice
-** callback). Enable once the control stops touching a handle destroyed meanwhile. */
+/* The chosen text runs the combo box's own actions, whose CLOSE lets the client free the
+** screen and the combo with it while the combo is still taking the choice: the combo
+** must not touch its handle afterwards. */
 TEST_P(Closing, FromTheComboBoxItselfWhenAnEntryIsPicked) {
     Screen s;
     showClosingScreen(s, [](Screen &s, void *col) {
