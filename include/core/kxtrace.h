@@ -8,8 +8,9 @@
 
 KX_BEGIN_DECLS
 
-/* The sink is chosen by the environment variable KX_TRACE: unset or "off" writes
-** nothing, "stderr" writes to standard error, "file:PATH" appends to PATH. Each line:
+/* The sink is chosen by the environment variable KX_TRACE, read once when the process
+** traces its first line: unset or "off" writes nothing, "stderr" writes to standard
+** error, "file:PATH" appends to PATH. Each line:
 ** "COMPONENT  NUMBER.SUB L<level> text". A capture hook, when set, receives every
 ** line whatever the sink. */
 

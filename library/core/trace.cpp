@@ -16,17 +16,9 @@ struct Sink {
     std::string path;
 };
 
-/* KX_TRACE as last read: where its value lay, a copy of it, and the sink it names. */
-struct EnvironmentSink {
-    const char *value = nullptr;
-    std::string text;
-    Sink sink;
-};
-
 struct TraceState {
-    bool overridden = false; /* set by TraceSetSink; until then KX_TRACE decides */
+    bool chosen = false; /* KX_TRACE read, or overridden by TraceSetSink */
     Sink sink;
-    EnvironmentSink environment;
     KxTraceHook hook = nullptr;
     void *hookCtx = nullptr;
 };
@@ -44,19 +36,15 @@ Sink parseSink(const char *text) {
     return Sink{};
 }
 
-/* KX_TRACE is asked for every line, so a change of it takes effect at once; it is
-** parsed again only when its value moved or changed. */
+/* KX_TRACE is read once, at the first line: a trace line costs no environment search,
+** which matters to the lines that go nowhere, a few per widget made. */
 const Sink &currentSink() {
     TraceState &s = state();
-    if (s.overridden) return s.sink;
-    const char *value = std::getenv("KX_TRACE");
-    EnvironmentSink &seen = s.environment;
-    if (value != seen.value || (value != nullptr && seen.text != value)) {
-        seen.value = value;
-        seen.text = value ? value : "";
-        seen.sink = parseSink(value);
+    if (!s.chosen) {
+        s.sink = parseSink(std::getenv("KX_TRACE"));
+        s.chosen = true;
     }
-    return seen.sink;
+    return s.sink;
 }
 
 /* printf into a string of whatever length the arguments need. */
@@ -122,7 +110,7 @@ int TraceMessage(const char *component, int32_t msgNo, int32_t sub, int32_t leve
 void TraceSetSink(const char *sink) {
     TraceState &s = state();
     s.sink = parseSink(sink);
-    s.overridden = true;
+    s.chosen = true;
 }
 
 void TraceSetCaptureHook(KxTraceHook hook, void *ctx) {

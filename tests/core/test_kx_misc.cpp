@@ -421,28 +421,22 @@ protected:
     }
 };
 
-/* First of the trace tests: no sink has been set in this process yet. KX_TRACE counts
-** for each line as it stands then, however it was changed. */
-TEST_F(TraceTest, KxTraceChoosesTheSinkForEachLineUntilOverridden) {
-    static char entry[] = "KX_TRACE=off\0\0\0";
-    testing::internal::CaptureStderr();
-    {
-        ScopedEnv trace("KX_TRACE", "stderr");
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 1, 1, "from the environment"), 1);
-        setenv("KX_TRACE", "off", 1);
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 2, 1, "switched off"), 0);
-        putenv(entry);
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 3, 1, "still off"), 0);
-        std::strcpy(entry, "KX_TRACE=stderr"); /* the same entry, changed in place */
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 4, 1, "on again"), 1);
-        unsetenv("KX_TRACE");
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 5, 1, "unset"), 0);
-        setenv("KX_TRACE", "stderr", 1);
-        TraceSetSink("off");
-        EXPECT_EQ(TraceMessage("GUI        ", 4, 6, 1, "overridden"), 0);
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "GUI          4.1 L1 from the environment\nGUI          4.4 L1 on again\n");
+/* KX_TRACE is read at the first line of a process, so the test runs in a process of its
+** own (the threadsafe style starts the test binary again for the statement). */
+TEST(TraceEnvironment, KxTraceChoosesTheSinkAtTheFirstLineUntilOverridden) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            setenv("KX_TRACE", "stderr", 1);
+            TraceMessage("GUI        ", 4, 1, 1, "from the environment");
+            setenv("KX_TRACE", "off", 1);
+            TraceMessage("GUI        ", 4, 2, 1, "read once");
+            TraceSetSink("off");
+            const int overridden = TraceMessage("GUI        ", 4, 3, 1, "overridden");
+            std::exit(overridden == 0 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0),
+        "^GUI          4\\.1 L1 from the environment\nGUI          4\\.2 L1 read once\n$");
 }
 
 TEST_F(TraceTest, TheHookGetsEveryLineWhateverTheSink) {
