@@ -59,6 +59,20 @@ KX_API int ObjHasLayout(const void *hObj, const char *prefix);
 /* 1 when `hObj` is a live object carrying `tag`, else 0. */
 KX_API int ObjIsA(const void *hObj, uint32_t tag);
 
+/* ObjIsA and ObjHasLayout in one check, for typed views of objects that are read often:
+** 1 when `hObj` is a live object carrying `tag` (0: any tag) whose signature begins with
+** `prefix` (null or empty: any), else 0. */
+KX_API int ObjIsOfKind(const void *hObj, uint32_t tag, const char *prefix);
+
+/* A number that stands for a signature text for the life of the process (equal texts get
+** the same number), for the checks that run most often; 0 when the text is null or does
+** not parse. */
+KX_API uint32_t ObjSignatureToken(const char *signature);
+
+/* ObjIsOfKind with the text of a signature token as the prefix; an object created with
+** exactly that signature is recognised without comparing texts. 0 for an unknown token. */
+KX_API int ObjIsOfKindToken(const void *hObj, uint32_t tag, uint32_t token);
+
 /* The reference count, or 0 when `hObj` is not a live object. */
 KX_API int32_t ObjGetRefCount(const void *hObj);
 

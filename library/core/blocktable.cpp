@@ -1,4 +1,4 @@
-/* blocktable.cpp - growing and shrinking the registry's open-addressing table of live blocks. */
+/* blocktable.cpp - adding and removing block starts, and growing the registry's page table. */
 #include "blocktable.h"
 
 #include <cstdlib>
@@ -7,7 +7,7 @@ namespace kx {
 
 namespace {
 
-constexpr size_t kFirstCapacity = 4096;
+constexpr size_t kFirstCapacity = 256;
 
 /* Grown past 5/8 full: probe runs stay short, and the table stays small. */
 bool overLoaded(size_t count, size_t capacity) {
@@ -22,51 +22,74 @@ unsigned log2Of(size_t powerOfTwo) {
 
 } // namespace
 
-BlockSlot BlockTable::noSlots_[1] = {};
+BlockTable::Page BlockTable::noSlots_[1] = {};
 BlockTable liveBlocks;
 
-/* Puts `block` into the first free slot from its home; the table has a free slot. */
-void BlockTable::place(const BlockSlot &block) {
-    size_t i = home(block.address);
-    while (slots_[i].address != nullptr) i = (i + 1) & mask_;
-    slots_[i] = block;
+/* Puts `page` into the first free slot from its home; the table has a free slot. */
+void BlockTable::place(const Page &page) {
+    size_t i = home(page.number);
+    while (slots_[i].number != 0) i = (i + 1) & mask_;
+    slots_[i] = page;
 }
 
 bool BlockTable::grow() {
     const size_t oldCapacity = mask_ + 1;
     const size_t capacity = slots_ == noSlots_ ? kFirstCapacity : oldCapacity * 2;
-    auto *slots = static_cast<BlockSlot *>(std::calloc(capacity, sizeof(BlockSlot)));
+    auto *slots = static_cast<Page *>(std::calloc(capacity, sizeof(Page)));
     if (slots == nullptr) return false;
-    BlockSlot *old = slots_;
+    Page *old = slots_;
     slots_ = slots;
     mask_ = capacity - 1;
     shift_ = 64 - log2Of(capacity);
     if (old == noSlots_) return true;
     for (size_t i = 0; i < oldCapacity; ++i)
-        if (old[i].address != nullptr) place(old[i]);
+        if (old[i].number != 0) place(old[i]);
     std::free(old);
     return true;
 }
 
-bool BlockTable::insert(const BlockSlot &block) {
-    if (overLoaded(count_ + 1, mask_ + 1) && !grow()) return false;
-    place(block);
+/* The slot of page `number`, made empty when the page had no block yet; null when the
+** table had to grow and could not. */
+BlockTable::Page *BlockTable::findOrAdd(uintptr_t number) {
+    if (const Page *page = find(number)) return const_cast<Page *>(page);
+    if (overLoaded(count_ + 1, mask_ + 1) && !grow()) return nullptr;
+    size_t i = home(number);
+    while (slots_[i].number != 0) i = (i + 1) & mask_;
+    slots_[i] = Page{number, {}};
     count_++;
+    return &slots_[i];
+}
+
+bool BlockTable::insert(const void *p) {
+    const uintptr_t a = reinterpret_cast<uintptr_t>(p);
+    Page *page = findOrAdd(a / kPageSize);
+    if (page == nullptr) return false;
+    const uintptr_t start = (a % kPageSize) / kStep;
+    page->starts[start / 64] |= uint64_t{1} << (start % 64);
     return true;
 }
 
-void BlockTable::erase(const BlockSlot *slot) {
-    size_t hole = static_cast<size_t>(slot - slots_);
-    /* Each later slot of the run moves into the hole unless its home lies between the
-    ** hole and itself, where a probe for it would never pass the hole. */
-    for (size_t i = (hole + 1) & mask_; slots_[i].address != nullptr; i = (i + 1) & mask_) {
-        const size_t fromHome = (i - home(slots_[i].address)) & mask_;
+void BlockTable::erase(const void *p) {
+    const uintptr_t a = reinterpret_cast<uintptr_t>(p);
+    Page *page = const_cast<Page *>(find(a / kPageSize));
+    const uintptr_t start = (a % kPageSize) / kStep;
+    page->starts[start / 64] &= ~(uint64_t{1} << (start % 64));
+    for (uint64_t word : page->starts)
+        if (word != 0) return;
+    removeSlot(static_cast<size_t>(page - slots_));
+}
+
+/* Frees the slot `hole`. Each later slot of the run moves into the hole unless its home
+** lies between the hole and itself, where a probe for it would never pass the hole. */
+void BlockTable::removeSlot(size_t hole) {
+    for (size_t i = (hole + 1) & mask_; slots_[i].number != 0; i = (i + 1) & mask_) {
+        const size_t fromHome = (i - home(slots_[i].number)) & mask_;
         if (fromHome >= ((i - hole) & mask_)) {
             slots_[hole] = slots_[i];
             hole = i;
         }
     }
-    slots_[hole].address = nullptr;
+    slots_[hole].number = 0;
     count_--;
 }
 

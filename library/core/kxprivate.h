@@ -41,7 +41,9 @@ const char *intern(const std::string &text);
 /* `s` without leading and trailing blanks (spaces, tabs, line ends). */
 std::string trim(const std::string &s);
 
-/* Keeps an object alive for a scope: one reference taken, and dropped at the end. */
+/* Keeps an object alive for a scope: one reference taken, and dropped at the end. The
+** handle must be null or a live object that the runtime reached through its own links
+** (a validated handle, or a node or element linked from one): it is not looked up. */
 class Hold {
 public:
     explicit Hold(void *h);

@@ -44,13 +44,17 @@ Pool *findPool(uint32_t poolId) {
 
 namespace kx {
 
+/* An allocation is [headerSize bytes][BlockHeader][size bytes]; the block's address is
+** that of its data. */
 void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind kind) {
     Pool *pool = findPool(poolId);
     if (pool == nullptr) return nullptr;
-    void *base = std::malloc(headerSize + (size ? size : 1));
+    void *base = std::malloc(headerSize + sizeof(BlockHeader) + (size ? size : 1));
     if (base == nullptr) return nullptr;
-    void *p = static_cast<char *>(base) + headerSize;
-    if (!liveBlocks.insert(BlockSlot{p, size, poolId, kind})) {
+    auto *block = reinterpret_cast<BlockHeader *>(static_cast<char *>(base) + headerSize);
+    *block = BlockHeader{size, poolId, kind};
+    void *p = block + 1;
+    if (!liveBlocks.insert(p)) {
         std::free(base);
         return nullptr;
     }
@@ -60,14 +64,13 @@ void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind k
 }
 
 bool freeBlock(const void *p, size_t headerSize, BlockKind kind) {
-    if (p == nullptr) return false;
-    const BlockSlot *slot = liveBlocks.find(p);
-    if (slot == nullptr || slot->kind != kind) return false;
-    Pool *pool = findPool(slot->poolId);
+    BlockHeader *block = liveBlock(p);
+    if (block == nullptr || block->kind != kind) return false;
+    Pool *pool = findPool(block->poolId);
     pool->liveCount--;
-    pool->liveBytes -= static_cast<int64_t>(slot->size);
-    liveBlocks.erase(slot);
-    std::free(const_cast<char *>(static_cast<const char *>(p)) - headerSize);
+    pool->liveBytes -= static_cast<int64_t>(block->size);
+    liveBlocks.erase(p);
+    std::free(reinterpret_cast<char *>(block) - headerSize);
     return true;
 }
 

@@ -22,14 +22,20 @@ struct Field {
 struct Layout {
     std::string text;
     std::vector<Field> fields;
-    uint32_t size = 0; /* bytes up to the end of the last field */
+    uint32_t size = 0;  /* bytes up to the end of the last field */
+    uint32_t token = 0; /* its number among the layouts, from 1 */
 };
+
+/* Every layout by token - 1. */
+std::vector<const Layout *> &layoutsByToken() {
+    static auto *byToken = new std::vector<const Layout *>;
+    return *byToken;
+}
 
 /* The hidden header in front of an object's data; its size keeps the data 16-aligned. */
 struct alignas(16) Header {
     uint32_t tag;
     int32_t refs;
-    uint32_t poolId;
     bool dying;
     const Layout *layout;
     const kx::ObjClass *cls;
@@ -66,6 +72,8 @@ const Layout *parsedLayout(const char *signature) {
     if (it != layouts->end()) return it->second.get();
     auto layout = std::make_unique<Layout>();
     if (!parseSignature(key.c_str(), *layout)) return nullptr;
+    layoutsByToken().push_back(layout.get());
+    layout->token = static_cast<uint32_t>(layoutsByToken().size());
     return layouts->emplace(key, std::move(layout)).first->second.get();
 }
 
@@ -90,9 +98,10 @@ const Layout *layoutOf(const char *signature) {
     return layout;
 }
 
+/* An object's allocation is [Header][BlockHeader][data]. */
 Header *headerOf(const void *h) {
     return reinterpret_cast<Header *>(const_cast<char *>(static_cast<const char *>(h)) -
-                                      sizeof(Header));
+                                      sizeof(kx::BlockHeader) - sizeof(Header));
 }
 
 /* The header of a live object that is not being freed, else null. The registry is
@@ -101,6 +110,12 @@ Header *liveHeader(const void *h) {
     if (!kx::isLiveBlock(h, kx::BlockKind::Object)) return nullptr;
     Header *header = headerOf(h);
     return header->dying ? nullptr : header;
+}
+
+bool signatureBegins(const Layout &layout, const char *prefix) {
+    if (prefix == nullptr) return true;
+    const size_t length = std::strlen(prefix);
+    return length <= layout.text.size() && std::memcmp(layout.text.data(), prefix, length) == 0;
 }
 
 /* Drops what the fields own: 'o' references and 's' strings. */
@@ -138,20 +153,29 @@ int createObject(void *phObj, uint32_t dataSize, uint32_t tag, const char *signa
     if (data == nullptr) return 0;
     std::memset(data, 0, dataSize);
     Header *header = headerOf(data);
-    *header = Header{tag, 1, poolId, false, layout, cls};
+    *header = Header{tag, 1, false, layout, cls};
     liveObjects++;
     *slot = data;
     return 1;
 }
 
-Hold::Hold(void *h) : h_(ObjIncRefCount(h) ? h : nullptr) {}
+/* The runtime holds only objects it reached through its own links, so the registry is
+** not asked; an object being freed is left alone, as everywhere. */
+Hold::Hold(void *h) : h_(h) {
+    if (h_ == nullptr) return;
+    Header *header = headerOf(h_);
+    if (header->dying) h_ = nullptr;
+    else header->refs++;
+}
 
 Hold::~Hold() {
-    ObjReleaseInternal(&h_);
+    if (h_ == nullptr) return;
+    Header *header = headerOf(h_);
+    if (--header->refs == 0) destroy(h_, header);
 }
 
 uint32_t objectPool(const void *h) {
-    return headerOf(h)->poolId;
+    return liveBlock(h)->poolId;
 }
 
 void *objectOfClass(const void *h, uint32_t tag, const ObjClass *cls) {
@@ -198,16 +222,32 @@ const char *ObjGetSignature(const void *hObj) {
 
 int ObjHasLayout(const void *hObj, const char *prefix) {
     const Header *header = liveHeader(hObj);
-    if (header == nullptr) return 0;
-    if (prefix == nullptr) return 1;
-    const std::string &text = header->layout->text;
-    const size_t length = std::strlen(prefix);
-    return length <= text.size() && std::memcmp(text.data(), prefix, length) == 0;
+    return header != nullptr && signatureBegins(*header->layout, prefix);
 }
 
 int ObjIsA(const void *hObj, uint32_t tag) {
     const Header *header = liveHeader(hObj);
     return header != nullptr && header->tag == tag;
+}
+
+int ObjIsOfKind(const void *hObj, uint32_t tag, const char *prefix) {
+    const Header *header = liveHeader(hObj);
+    return header != nullptr && (tag == 0 || header->tag == tag) &&
+           signatureBegins(*header->layout, prefix);
+}
+
+uint32_t ObjSignatureToken(const char *signature) {
+    const Layout *layout = signature ? layoutOf(signature) : nullptr;
+    return layout ? layout->token : 0;
+}
+
+int ObjIsOfKindToken(const void *hObj, uint32_t tag, uint32_t token) {
+    const std::vector<const Layout *> &byToken = layoutsByToken();
+    if (token == 0 || token > byToken.size()) return 0;
+    const Header *header = liveHeader(hObj);
+    if (header == nullptr || (tag != 0 && header->tag != tag)) return 0;
+    const Layout *prefix = byToken[token - 1];
+    return header->layout == prefix || signatureBegins(*header->layout, prefix->text.c_str());
 }
 
 int32_t ObjGetRefCount(const void *hObj) {

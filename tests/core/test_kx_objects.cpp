@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -44,6 +45,22 @@ TEST_F(ObjectTest, CreationGivesZeroedDataOneReferenceAndTheTag) {
     EXPECT_TRUE(ObjHasLayout(t, ""));
     EXPECT_FALSE(ObjHasLayout(t, "o;s;i;p;i;"));
     EXPECT_FALSE(ObjHasLayout(t, "p;"));
+    EXPECT_TRUE(ObjIsOfKind(t, kTagThing, "o;s;"));
+    EXPECT_TRUE(ObjIsOfKind(t, 0, nullptr)) << "tag 0 and a null prefix match any object";
+    EXPECT_FALSE(ObjIsOfKind(t, KX_TAG_LIST, "o;s;")) << "the tag must match";
+    EXPECT_FALSE(ObjIsOfKind(t, kTagThing, "o;s;i;p;i;")) << "and so must the signature";
+    const uint32_t exact = ObjSignatureToken("o;s;i;p;");
+    const uint32_t prefix = ObjSignatureToken(std::string("o;s;").c_str());
+    EXPECT_NE(exact, 0u);
+    EXPECT_EQ(exact, ObjSignatureToken(std::string("o;s;i;p;").c_str())) << "equal texts, one token";
+    EXPECT_TRUE(ObjIsOfKindToken(t, kTagThing, exact));
+    EXPECT_TRUE(ObjIsOfKindToken(t, 0, prefix)) << "a token's text is a prefix, as in ObjIsOfKind";
+    EXPECT_FALSE(ObjIsOfKindToken(t, KX_TAG_LIST, exact));
+    EXPECT_FALSE(ObjIsOfKindToken(t, kTagThing, ObjSignatureToken("o;s;i;p;i;")));
+    EXPECT_EQ(ObjSignatureToken("x;"), 0u) << "a signature that does not parse has no token";
+    EXPECT_EQ(ObjSignatureToken(nullptr), 0u);
+    EXPECT_FALSE(ObjIsOfKindToken(t, kTagThing, 0));
+    EXPECT_FALSE(ObjIsOfKindToken(t, kTagThing, 0xffffffu)) << "an unknown token matches nothing";
     ObjReleaseInternal(&t);
     EXPECT_EQ(t, nullptr);
     EXPECT_EQ(MemPoolLiveCount(pool()), count);
@@ -171,6 +188,8 @@ TEST_F(ObjectTest, WrongNullAndFreedHandlesAreNoObject) {
         EXPECT_EQ(ObjGetRefCount(h), 0);
         EXPECT_EQ(ObjGetSignature(h), nullptr);
         EXPECT_FALSE(ObjHasLayout(h, ""));
+        EXPECT_FALSE(ObjIsOfKind(h, 0, nullptr));
+        EXPECT_FALSE(ObjIsOfKindToken(h, 0, ObjSignatureToken("p;")));
         EXPECT_FALSE(ObjIncRefCount(const_cast<void *>(h)));
         void *copy = const_cast<void *>(h);
         ObjReleaseInternal(&copy);
