@@ -93,6 +93,19 @@ void setColourByName(Widget w, const char *resource, const char *colour) {
                   static_cast<int>(std::strlen(colour) + 1), nullptr);
 }
 
+uint32_t signatureToken(const char *literal) {
+    struct Known {
+        const char *literal;
+        uint32_t token;
+    };
+    constexpr unsigned kBits = 6;
+    static Known known[1u << kBits];
+    const uint64_t mixed = reinterpret_cast<uintptr_t>(literal) * 0x9E3779B97F4A7C15ull;
+    Known &entry = known[mixed >> (64 - kBits)];
+    if (entry.literal != literal) entry = Known{literal, ObjSignatureToken(literal)};
+    return entry.token;
+}
+
 void storeHandle(void **slot, void *h) {
     void *old = *slot;
     *slot = ObjIncRefCount(h) ? h : nullptr;

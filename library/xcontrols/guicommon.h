@@ -59,14 +59,18 @@ void raiseWidget(Widget w);
 /* Sets a colour resource from a colour name, through XtVaTypedArg. */
 void setColourByName(Widget w, const char *resource, const char *colour);
 
+/* The base runtime's token of one of the library's signature literals (a text that stays
+** as it is for the life of the process), asked once per literal and kept. */
+uint32_t signatureToken(const char *literal);
+
 /* A typed view of a base-runtime object: null unless `h` is a live object with the tag
-** (tag 0: any tag) whose signature begins with `layout`. */
+** (tag 0: any tag) whose signature begins with `layout`, a signature literal (or null:
+** any signature). */
 template <typename T>
 T *objectAs(void *h, uint32_t tag, const char *layout) {
-    if (h == nullptr) return nullptr;
-    if (tag != 0 && !ObjIsA(h, tag)) return nullptr;
-    if (layout != nullptr && !ObjHasLayout(h, layout)) return nullptr;
-    return static_cast<T *>(h);
+    const uint32_t token = layout ? signatureToken(layout) : 0;
+    const bool ok = token != 0 ? ObjIsOfKindToken(h, tag, token) : ObjIsOfKind(h, tag, layout);
+    return ok ? static_cast<T *>(h) : nullptr;
 }
 
 /* Replaces the object handle stored at `slot` by `h`: takes a reference on `h` (null

@@ -63,19 +63,16 @@ int releaseGuiData(void *, void *node) {
     return 1;
 }
 
-int createNode(void *ctx, void *node) {
+int createNode(void *parent, void *node) {
     ScreenItem *item = itemOf(node);
-    if (item == nullptr) {
-        trace(101, 1, "unknown screen item");
-        return 1;
-    }
-    const ItemKind *kind = kindOf(item->itemType);
+    const ItemKind *kind = item ? kindOf(item->itemType) : nullptr;
     if (kind == nullptr) {
         trace(101, 1, "unknown screen item");
         return 1;
     }
     trace(102, 0, "%s", kind->trace);
-    if (kind->build) kind->build(static_cast<Widget>(ctx), node);
+    if (kind->build) kind->build(static_cast<Widget>(parent), node);
+    watchWidgets(node);
     return 1;
 }
 
@@ -155,22 +152,11 @@ void destroyOnce(void *&handle, void (*destroy)(Control *)) {
     if (control != nullptr) destroy(control);
 }
 
-/* What the teardown walk knows: the outer widgets of the top-level items. Each is
-** destroyed after everything its item holds, and Xt then destroys whatever still lies
-** inside it, children before their parents, in one recursive pass: a plain widget inside
-** one of them is left to it rather than destroyed alone, which would make Xt take it
-** out of its parent's layout and child list one widget at a time. */
-struct Teardown {
-    PoolVector<Widget> topLevel;
-    PoolVector<Widget> loose; /* widgets destroyed on their own */
+/* The plain widgets of the screen's records, as the teardown walk meets them. */
+using PlainWidgets = PoolVector<Widget>;
 
-    bool leftToTopLevel(Widget w) const { /* topLevel is sorted */
-        for (Widget p = XtParent(w); p != nullptr; p = XtParent(p))
-            if (std::binary_search(topLevel.begin(), topLevel.end(), p)) return true;
-        return false;
-    }
-};
-
+/* Tears one record down: a control goes at once; a plain widget is forgotten by its
+** record (whose destroy callbacks then have nothing to do) and goes after the walk. */
 int destroyRecord(void *ctx, void *element) {
     auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
                                           GUI_WIDGET_SIGNATURE);
@@ -178,11 +164,9 @@ int destroyRecord(void *ctx, void *element) {
     trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
     if (rec->widgetKind != WIDGET_PLAIN) {
         destroyControlOf(rec);
-    } else if (Widget w = rec->widget) {
-        if (static_cast<const Teardown *>(ctx)->leftToTopLevel(w)) return 1;
-        if (XtIsRealized(w)) unmapWidget(w);
-        XtDestroyWidget(w);
+        return 1;
     }
+    if (Widget w = std::exchange(rec->widget, nullptr)) static_cast<PlainWidgets *>(ctx)->push_back(w);
     return 1;
 }
 
@@ -191,46 +175,51 @@ int destroyNodeWidgets(void *ctx, void *node) {
     return 1;
 }
 
-/* Collects the managed plain widgets that the teardown will destroy one by one. */
-int collectLoose(void *ctx, void *node) {
-    auto *teardown = static_cast<Teardown *>(ctx);
-    if (oGuiData *gui = guiDataOf(itemOf(node)))
-        ListWalk(gui->widgetList, [](void *walk, void *element) {
-            auto *t = static_cast<Teardown *>(walk);
-            auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
-                                                  GUI_WIDGET_SIGNATURE);
-            if (rec && rec->widgetKind == WIDGET_PLAIN && rec->widget && XtIsManaged(rec->widget) &&
-                !t->leftToTopLevel(rec->widget))
-                t->loose.push_back(rec->widget);
-            return 1;
-        }, teardown);
-    return 1;
+/* The widgets to destroy one by one: those that lie within no other widget of the
+** screen, each once. Xt destroys the others with the one that holds them, children
+** before their parents, in one recursive pass; destroyed alone, each would be taken out
+** of its parent's layout and child list one at a time. None of those left lies within
+** another, so no destroy frees a widget that is still to come. */
+PoolVector<Widget> outermost(PlainWidgets &widgets) {
+    std::sort(widgets.begin(), widgets.end());
+    widgets.erase(std::unique(widgets.begin(), widgets.end()), widgets.end());
+    PoolVector<Widget> result;
+    for (Widget w : widgets) {
+        Widget p = XtParent(w);
+        while (p != nullptr && !std::binary_search(widgets.begin(), widgets.end(), p)) p = XtParent(p);
+        if (p == nullptr) result.push_back(w);
+    }
+    return result;
 }
 
-/* Takes the widgets that go one by one out of their forms first, in one call per parent:
+/* Takes the managed widgets out of their forms first, in one call per parent:
 ** destroying a managed widget makes a realized form lay out the remaining children
 ** again, once per widget. Unmanaged, they are unmapped with all they hold. */
-void unmanageLoose(Teardown &teardown, void *tree) {
-    TreeWalk(tree, collectLoose, &teardown, 0);
-    PoolVector<Widget> &widgets = teardown.loose;
-    std::stable_sort(widgets.begin(), widgets.end(),
+void unmanageByParent(const PoolVector<Widget> &widgets) {
+    PoolVector<Widget> managed;
+    for (Widget w : widgets)
+        if (XtIsManaged(w)) managed.push_back(w);
+    std::stable_sort(managed.begin(), managed.end(),
                      [](Widget a, Widget b) { return XtParent(a) < XtParent(b); });
     size_t start = 0;
-    for (size_t i = 1; i <= widgets.size(); ++i) {
-        if (i == widgets.size() || XtParent(widgets[i]) != XtParent(widgets[start])) {
-            XtUnmanageChildren(&widgets[start], static_cast<Cardinal>(i - start));
+    for (size_t i = 1; i <= managed.size(); ++i) {
+        if (i == managed.size() || XtParent(managed[i]) != XtParent(managed[start])) {
+            XtUnmanageChildren(&managed[start], static_cast<Cardinal>(i - start));
             start = i;
         }
     }
 }
 
 void destroyWidgets(void *tree) {
-    Teardown teardown;
-    for (void *node = TreeFirstNode(tree); node != nullptr; TreeNextSibling(&node, node))
-        if (Widget w = outerWidget(itemOf(node))) teardown.topLevel.push_back(w);
-    std::sort(teardown.topLevel.begin(), teardown.topLevel.end());
-    unmanageLoose(teardown, tree);
-    TreeWalkPostOrder(tree, destroyNodeWidgets, &teardown);
+    PlainWidgets plain;
+    TreeWalkPostOrder(tree, destroyNodeWidgets, &plain);
+    const PoolVector<Widget> alone = outermost(plain);
+    unmanageByParent(alone);
+    TeardownScope scope(tree);
+    for (Widget w : alone) {
+        unmapWidget(w);
+        XtDestroyWidget(w);
+    }
 }
 
 /* ---- Updates ----------------------------------------------------------------------------- */
@@ -306,20 +295,12 @@ void destroyControlOf(GuiWidgetRecord *rec) {
     }
 }
 
-namespace {
-bool isInside(Widget w, Widget ancestor) {
-    for (Widget p = XtParent(w); p != nullptr; p = XtParent(p))
-        if (p == ancestor) return true;
-    return false;
-}
-} // namespace
-
 void manageQueuedWithin(Widget container) {
     if (gPending == nullptr) return;
     PoolVector<Widget> inner;
     auto keep = gPending->begin();
     for (Widget w : *gPending) {
-        if (isInside(w, container)) inner.push_back(w);
+        if (w != container && isWithin(w, container)) inner.push_back(w);
         else *keep++ = w;
     }
     gPending->erase(keep, gPending->end());

@@ -12,7 +12,6 @@
 namespace xc::screen {
 
 ScreenItem *itemOf(void *node) {
-    if (!ObjIsA(node, KX_TAG_TREE_NODE)) return nullptr;
     return objectAs<ScreenItem>(TreeNodeCookie(node), GUI_TAG_SCREEN_ITEM,
                                 GUI_SCREEN_ITEM_SIGNATURE);
 }
@@ -32,11 +31,6 @@ int matchItemId(void *key, void *cookie) {
     return item != nullptr && item->itemId == *static_cast<int32_t *>(key);
 }
 
-/* Clears a record's widget when the widget goes by any means. */
-void forgetWidget(Widget w, XtPointer clientData, XtPointer) {
-    GuiWidgetRecord *rec = asRecord(clientData);
-    if (rec != nullptr && rec->widget == w) rec->widget = nullptr;
-}
 } // namespace
 
 GuiWidgetRecord *outerRecord(const ScreenItem *item) {
@@ -114,8 +108,6 @@ GuiWidgetRecord *newRecord(Widget w, int32_t kind) {
 
 void appendRecord(oGuiData *gui, GuiWidgetRecord **rec) {
     if (*rec == nullptr) return;
-    if ((*rec)->widget != nullptr)
-        XtAddCallback((*rec)->widget, XmNdestroyCallback, forgetWidget, *rec);
     if (gui == nullptr || !ListPushLastItemInternal(gui->widgetList, rec)) ObjReleaseInternal(rec);
 }
 
@@ -124,9 +116,75 @@ void addWidget(oGuiData *gui, Widget w) {
     appendRecord(gui, &rec);
 }
 
+/* ---- Records that outlive their widgets ---------------------------------------------- */
+
+namespace {
+
+/* The tree whose widgets a teardown is destroying, after it cleared their records. */
+const void *gTearingDown = nullptr;
+
+/* One record's widget goes, by whatever means: the record forgets it. */
+void forgetWidget(Widget w, XtPointer clientData, XtPointer) {
+    GuiWidgetRecord *rec = asRecord(clientData);
+    if (rec != nullptr && rec->widget == w) rec->widget = nullptr;
+}
+
+int forgetWidgetsWithin(void *outer, void *element) {
+    GuiWidgetRecord *rec = asRecord(ListElementItem(element));
+    if (rec != nullptr && rec->widget != nullptr && isWithin(rec->widget, static_cast<Widget>(outer)))
+        rec->widget = nullptr;
+    return 1;
+}
+
+int forgetNodeWidgetsWithin(void *outer, void *node) {
+    if (oGuiData *gui = guiDataOf(itemOf(node))) ListWalk(gui->widgetList, forgetWidgetsWithin, outer);
+    return 1;
+}
+
+/* An item's outer widget goes other than by teardown (which clears the records first):
+** every record of the item's subtree whose widget lies within it forgets the widget. Xt
+** runs destroy callbacks before it frees any widget of the tree that goes, so the
+** parents of those widgets can still be followed. */
+void forgetSubtreeWidgets(Widget w, XtPointer clientData, XtPointer) {
+    if (gTearingDown != nullptr && TreeFromNode(clientData) == gTearingDown) return;
+    if (outerWidget(itemOf(clientData)) == w) TreeWalkFromNode(clientData, forgetNodeWidgetsWithin, w, 0);
+}
+
+int watchRecord(void *outer, void *element) {
+    GuiWidgetRecord *rec = asRecord(ListElementItem(element));
+    if (rec != nullptr && rec->widget != nullptr && !isWithin(rec->widget, static_cast<Widget>(outer)))
+        XtAddCallback(rec->widget, XmNdestroyCallback, forgetWidget, rec);
+    return 1;
+}
+
+} // namespace
+
+TeardownScope::TeardownScope(const void *tree) : previous_(gTearingDown) { gTearingDown = tree; }
+
+TeardownScope::~TeardownScope() { gTearingDown = previous_; }
+
+bool isWithin(Widget w, Widget ancestor) {
+    if (ancestor == nullptr) return false;
+    for (; w != nullptr; w = XtParent(w))
+        if (w == ancestor) return true;
+    return false;
+}
+
+void watchWidgets(void *node) {
+    ScreenItem *item = itemOf(node);
+    oGuiData *gui = guiDataOf(item);
+    if (gui == nullptr) return;
+    Widget outer = outerWidget(item);
+    if (outer != nullptr) XtAddCallback(outer, XmNdestroyCallback, forgetSubtreeWidgets, node);
+    ListWalk(gui->widgetList, watchRecord, outer);
+}
+
 Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args) {
-    args.add(XtNmappedWhenManaged, False);
-    return XtCreateWidget(name, cls, parent, args.list(), args.count());
+    Widget w = XtCreateWidget(name, cls, parent, args.list(), args.count());
+    /* Set on the new widget before anything can manage it, as a creation argument
+    ** would; an argument costs every resource lookup of Xt and Motif once more. */
+    XtSetMappedWhenManaged(w, False);
+    return w;
 }
 
 Widget createInsetFrame(Widget where, Widget *form) {

@@ -71,9 +71,32 @@ Widget parentWidgetOf(void *node);
 GuiWidgetRecord *newRecord(Widget w = nullptr, int32_t kind = WIDGET_PLAIN);
 
 /* Appends the record to the item's widget list, which takes over the caller's reference;
-** `*rec` is cleared. A record is also told when its widget is destroyed by other means,
-** so that teardown never reaches a widget that no longer exists. */
+** `*rec` is cleared. */
 void appendRecord(oGuiData *gui, GuiWidgetRecord **rec);
+
+/* Makes the records of the node's item forget their widgets when the widgets are
+** destroyed by other means than teardown (the client destroying the screen's parent, or
+** an item's widget, first), so that nothing reaches a widget that no longer exists. The
+** item's outer widget takes one callback for the records of the item and of the items
+** under it whose widgets lie within it; only a widget outside it takes one of its own.
+** Called by the create walk once the node is built. */
+void watchWidgets(void *node);
+
+/* While a teardown destroys the widgets of `tree`, whose records it cleared first, the
+** destroy callbacks of that tree's items have nothing to do and return at once (a
+** screen of thousands of items would otherwise look each item up once more). */
+class TeardownScope {
+public:
+    explicit TeardownScope(const void *tree);
+    ~TeardownScope();
+    TeardownScope(const TeardownScope &) = delete;
+    TeardownScope &operator=(const TeardownScope &) = delete;
+private:
+    const void *previous_;
+};
+
+/* True when `w` is `ancestor` or lies within it (a null ancestor holds nothing). */
+bool isWithin(Widget w, Widget ancestor);
 
 /* Appends a plain record (kind 0) of the widget; the shorthand of the two above. */
 void addWidget(oGuiData *gui, Widget w);
@@ -106,8 +129,8 @@ private:
     Cardinal count_ = 0;
 };
 
-/* Creates a widget of a plugin screen with XtNmappedWhenManaged false in `args`, ready
-** for the layout pass to map it. */
+/* Creates a widget of a plugin screen with XtNmappedWhenManaged false, ready for the
+** layout pass to map it. */
 Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args);
 
 /* ---- Walks used by the driver -------------------------------------------------------- */

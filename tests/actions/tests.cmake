@@ -1,7 +1,8 @@
-# The tests in which the client ends a screen from inside the screen's own callbacks,
-# once more under AddressSanitizer: the library, the screen kit and the harness compiled
-# instrumented into the test programs, so that a handler that goes on with a record the
-# close freed stops the test with a use-after-free report.
+# The tests in which the client ends a screen from inside the screen's own callbacks, or
+# destroys a screen's widgets before the screen, once more under AddressSanitizer: the
+# library, the screen kit and the harness compiled instrumented into the test programs,
+# so that a handler that goes on with a record the close freed, or a teardown that
+# reaches a widget already gone, stops the test with a use-after-free report.
 if(NOT XC_SANITIZE)
   set(XC_ACTIONS_ASAN_FLAGS -fsanitize=address -fno-omit-frame-pointer)
   file(GLOB XC_ACTIONS_LIBRARY CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/library/xcontrols/*.cpp)
@@ -20,8 +21,10 @@ if(NOT XC_SANITIZE)
   target_link_libraries(xcactions_asan PUBLIC kx xcsnapshot ${MOTIF_LIB} PkgConfig::XLIBS
     PkgConfig::XTST PkgConfig::XC_ACTIONS_XCB GTest::gtest)
 
-  foreach(name test_actions_closing test_actions_buttons)
-    add_executable(${name}_asan ${CMAKE_CURRENT_LIST_DIR}/${name}.cpp)
+  foreach(test actions/test_actions_closing actions/test_actions_buttons
+               screenitems/test_items_lifecycle)
+    get_filename_component(name ${test} NAME)
+    add_executable(${name}_asan ${CMAKE_CURRENT_SOURCE_DIR}/${test}.cpp)
     target_link_libraries(${name}_asan PRIVATE xcactions_asan GTest::gtest_main)
     add_test(NAME ${name}_asan COMMAND ${name}_asan)
     # The X libraries keep memory until exit by design: leaks are the pools' business.

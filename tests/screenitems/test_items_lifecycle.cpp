@@ -123,6 +123,8 @@ TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
     EXPECT_EQ(textOf(number->wText), "2");
     XtDestroyWidget(xt::outerWidget(s.item(4)));
     xt::pump();
+    EXPECT_EQ(xt::outerWidget(s.item(4)), nullptr) << "an inner item's records forget its widgets";
+    EXPECT_NE(xt::outerWidget(s.item(3)), nullptr) << "and its neighbours keep theirs";
     clearTraces();
     destroy(s);
     EXPECT_EQ(countTrace("Destroy widget of type 7"), 1) << "the record is still visited";
