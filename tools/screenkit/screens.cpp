@@ -139,10 +139,25 @@ void *Screen::add(void *parentNode, uint32_t type, int32_t id, void *itemData) {
     void *node = parentNode ? TreeAddItem(parentNode, item, KX_TREE_COOKIE_OBJECT)
                             : TreeAddRootItem(tree_, item, KX_TREE_COOKIE_OBJECT);
     ObjReleaseInternal(&item);
+    if (node != nullptr) {
+        auto &entry = added_[id];
+        entry = {entry.second == 0 ? node : entry.first, entry.second + 1};
+    }
     return node;
 }
 
-void *Screen::node(int32_t id) const { return findNode(tree_, id); }
+/* An id added once is answered from the table while its node is still in the tree;
+** otherwise (ids added twice, nodes pruned) the tree is searched. */
+void *Screen::node(int32_t id) const {
+    auto it = added_.find(id);
+    if (it != added_.end() && it->second.second == 1) {
+        void *n = it->second.first;
+        if (ObjIsA(n, KX_TAG_TREE_NODE) && TreeFromNode(n) == tree_ && itemOf(n) != nullptr &&
+            itemOf(n)->itemId == id)
+            return n;
+    }
+    return findNode(tree_, id);
+}
 ScreenItem *Screen::item(int32_t id) const { return itemOf(node(id)); }
 
 void Screen::attachNone(int32_t id) {

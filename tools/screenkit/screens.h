@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <unordered_map>
 
 #include "guiscreendef.h"
 #include "kx.h"
@@ -69,6 +70,9 @@ public:
 
 private:
     void *tree_ = nullptr;
+    /* id -> the node added with it and how many nodes were added with it: a screen of
+    ** thousands of items is built without a search of the tree per item. */
+    std::unordered_map<int32_t, std::pair<void *, int>> added_;
     std::deque<ScreenAttachment> sides_;
     std::deque<std::array<ScreenAttachment *, 4>> arrays_;
 };
