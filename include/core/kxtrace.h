@@ -27,6 +27,10 @@ KX_API int TraceMessage(const char *component, int32_t msgNo, int32_t sub, int32
 #endif
     ;
 
+/* 1 when a line traced now would be written or captured, else 0: a caller with a costly
+** line to prepare may ask first. */
+KX_API int TraceIsOn(void);
+
 /* Overrides the sink named by KX_TRACE with a value of the same syntax (null: off). */
 KX_API void TraceSetSink(const char *sink);
 

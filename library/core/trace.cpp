@@ -77,11 +77,15 @@ bool writeLine(const Sink &sink, const std::string &line) {
 
 extern "C" {
 
+int TraceIsOn(void) {
+    return state().hook != nullptr || currentSink().kind != SinkKind::Off;
+}
+
 int TraceMessageVa(const char *component, int32_t msgNo, int32_t sub, int32_t level,
                    const char *format, va_list args) {
     TraceState &s = state();
     /* Most lines go nowhere: they cost no formatting. */
-    if (s.hook == nullptr && currentSink().kind == SinkKind::Off) return 0;
+    if (!TraceIsOn()) return 0;
     const std::string text = ::format(format, args);
     const char *name = component ? component : "";
     bool done = false;

@@ -12,10 +12,11 @@ uint32_t pool() {
 
 namespace {
 
-/* Component names are cut or padded with blanks to 11 characters. Every trace call pays
-** for this, traced or not, so it is done without printf. */
+/* Component names are cut or padded with blanks to 11 characters, without printf; a
+** line that goes nowhere costs nothing more than asking whether it would. */
 void traceV(const char *component, int32_t msgNo, int32_t sub, int32_t level,
             const char *format, va_list args) {
+    if (!TraceIsOn()) return;
     constexpr size_t kWidth = 11;
     char padded[kWidth + 1];
     const size_t length = strnlen(component, kWidth);

@@ -175,18 +175,54 @@ int destroyNodeWidgets(void *ctx, void *node) {
     return 1;
 }
 
-/* The widgets to destroy one by one: those that lie within no other widget of the
-** screen, each once. Xt destroys the others with the one that holds them, children
-** before their parents, in one recursive pass; destroyed alone, each would be taken out
-** of its parent's layout and child list one at a time. None of those left lies within
-** another, so no destroy frees a widget that is still to come. */
-PoolVector<Widget> outermost(PlainWidgets &widgets) {
-    std::sort(widgets.begin(), widgets.end());
-    widgets.erase(std::unique(widgets.begin(), widgets.end()), widgets.end());
+/* A set of widgets by open addressing: a power-of-two table at most half full, for the
+** ancestor checks of teardown, one or two per widget of the screen. */
+class WidgetSet {
+public:
+    explicit WidgetSet(size_t count) : slots_(tableSize(count), nullptr), mask_(slots_.size() - 1) {}
+
+    /* Adds `w`; false when it was there already. */
+    bool insert(Widget w) {
+        size_t i = home(w);
+        for (; slots_[i] != nullptr; i = (i + 1) & mask_)
+            if (slots_[i] == w) return false;
+        slots_[i] = w;
+        return true;
+    }
+
+    bool contains(Widget w) const {
+        for (size_t i = home(w); slots_[i] != nullptr; i = (i + 1) & mask_)
+            if (slots_[i] == w) return true;
+        return false;
+    }
+
+private:
+    static size_t tableSize(size_t count) {
+        size_t size = 16;
+        while (size < 2 * count) size *= 2;
+        return size;
+    }
+    size_t home(Widget w) const {
+        return static_cast<size_t>((reinterpret_cast<uintptr_t>(w) * 0x9E3779B97F4A7C15ull) >> 32) & mask_;
+    }
+    PoolVector<Widget> slots_;
+    size_t mask_;
+};
+
+/* The widgets to destroy one by one, in walk order: those that lie within no other
+** widget of the screen, each once. Xt destroys the others with the one that holds them,
+** children before their parents, in one recursive pass; destroyed alone, each would be
+** taken out of its parent's layout and child list one at a time. None of those left
+** lies within another, so no destroy frees a widget that is still to come. */
+PoolVector<Widget> outermost(const PlainWidgets &widgets) {
+    WidgetSet all(widgets.size());
+    PoolVector<Widget> once;
+    for (Widget w : widgets)
+        if (all.insert(w)) once.push_back(w);
     PoolVector<Widget> result;
-    for (Widget w : widgets) {
+    for (Widget w : once) {
         Widget p = XtParent(w);
-        while (p != nullptr && !std::binary_search(widgets.begin(), widgets.end(), p)) p = XtParent(p);
+        while (p != nullptr && !all.contains(p)) p = XtParent(p);
         if (p == nullptr) result.push_back(w);
     }
     return result;

@@ -441,8 +441,10 @@ TEST(TraceEnvironment, KxTraceChoosesTheSinkAtTheFirstLineUntilOverridden) {
 
 TEST_F(TraceTest, TheHookGetsEveryLineWhateverTheSink) {
     TraceSetSink("off");
+    EXPECT_FALSE(TraceIsOn()) << "no sink and no hook: a line would go nowhere";
     Captured captured;
     TraceSetCaptureHook(capture, &captured);
+    EXPECT_TRUE(TraceIsOn());
     EXPECT_EQ(TraceMessage("GUI        ", 12, 3, 1, "Failed to load %s", "up.bmp"), 1);
     ASSERT_EQ(captured.lines.size(), 1u);
     EXPECT_EQ(captured.lines[0], "GUI        |12|3|1|Failed to load up.bmp");
@@ -472,6 +474,7 @@ TEST_F(TraceTest, AFileSinkGetsFormattedLinesOfAnyLength) {
 
 TEST_F(TraceTest, TraceSetSinkNamesTheSinkAndNullSilences) {
     TraceSetSink("stderr");
+    EXPECT_TRUE(TraceIsOn());
     testing::internal::CaptureStderr();
     TraceMessage("GUI        ", 5, 0, 0, "to stderr");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "GUI          5.0 L0 to stderr\n");
