@@ -38,6 +38,11 @@ KX_API void MemZero(void *block, size_t size);
 KX_API int64_t MemPoolLiveCount(uint32_t poolId);
 KX_API int64_t MemPoolLiveBytes(uint32_t poolId);
 
+/* The memory that pool `poolId`'s live blocks take: their sizes as requested plus the
+** runtime's own header in front of each (what malloc keeps besides is not counted). -1
+** for an unknown pool. */
+KX_API int64_t MemPoolFootprint(uint32_t poolId);
+
 /* How many MemFreeInternal calls were given a pointer that was not a live block. */
 KX_API int64_t MemForeignFreeCount(void);
 

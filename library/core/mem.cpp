@@ -15,6 +15,7 @@ struct Pool {
     std::string name;
     int64_t liveCount = 0;
     int64_t liveBytes = 0;
+    int64_t footprint = 0;
 };
 
 /* The pools' bookkeeping (the blocks themselves are in kx::liveBlocks). Made on first
@@ -60,6 +61,7 @@ void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind k
     }
     pool->liveCount++;
     pool->liveBytes += static_cast<int64_t>(size);
+    pool->footprint += static_cast<int64_t>(headerSize + sizeof(BlockHeader) + size);
     return p;
 }
 
@@ -69,6 +71,7 @@ bool freeBlock(const void *p, size_t headerSize, BlockKind kind) {
     Pool *pool = findPool(block->poolId);
     pool->liveCount--;
     pool->liveBytes -= static_cast<int64_t>(block->size);
+    pool->footprint -= static_cast<int64_t>(headerSize + sizeof(BlockHeader) + block->size);
     liveBlocks.erase(p);
     std::free(reinterpret_cast<char *>(block) - headerSize);
     return true;
@@ -119,6 +122,11 @@ int64_t MemPoolLiveCount(uint32_t poolId) {
 int64_t MemPoolLiveBytes(uint32_t poolId) {
     const Pool *pool = findPool(poolId);
     return pool ? pool->liveBytes : -1;
+}
+
+int64_t MemPoolFootprint(uint32_t poolId) {
+    const Pool *pool = findPool(poolId);
+    return pool ? pool->footprint : -1;
 }
 
 int64_t MemForeignFreeCount(void) {

@@ -41,6 +41,22 @@ TEST_F(MemTest, AllocationsAreCountedPerPoolInBlocksAndBytes) {
     EXPECT_EQ(MemPoolLiveBytes(other), 0);
 }
 
+TEST_F(MemTest, TheFootprintCountsTheRuntimesHeadersToo) {
+    const uint32_t other = MemPoolCreate("footprint");
+    void *block = MemAllocateFromPool(100, other);
+    const int64_t blockFootprint = MemPoolFootprint(other);
+    EXPECT_GT(blockFootprint, 100) << "a block takes its size and a header";
+    void *obj = nullptr;
+    ASSERT_TRUE(ObjCreateInternal(&obj, 100, 0x1234, "p;", 0, other));
+    EXPECT_GT(MemPoolFootprint(other) - blockFootprint, blockFootprint)
+        << "an object's header is larger than a plain block's";
+    EXPECT_EQ(MemPoolLiveBytes(other), 200) << "while the sizes stay as requested";
+    ObjReleaseInternal(&obj);
+    MemFreeInternal(&block);
+    EXPECT_EQ(MemPoolFootprint(other), 0);
+    EXPECT_EQ(MemPoolFootprint(0), -1);
+}
+
 TEST_F(MemTest, ZeroSizeGivesAUsableBlock) {
     char *p = static_cast<char *>(MemAllocateFromPool(0, pool()));
     ASSERT_NE(p, nullptr);
