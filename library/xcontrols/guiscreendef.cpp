@@ -152,34 +152,17 @@ void destroyOnce(void *&handle, void (*destroy)(Control *)) {
     if (control != nullptr) destroy(control);
 }
 
-/* The plain widgets of the screen's records, as the teardown walk meets them. */
-using PlainWidgets = PoolVector<Widget>;
-
-/* Tears one record down: a control goes at once; a plain widget is forgotten by its
-** record (whose destroy callbacks then have nothing to do) and goes after the walk. */
-int destroyRecord(void *ctx, void *element) {
-    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
-                                          GUI_WIDGET_SIGNATURE);
-    if (rec == nullptr) return 1;
-    trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
-    if (rec->widgetKind != WIDGET_PLAIN) {
-        destroyControlOf(rec);
-        return 1;
-    }
-    if (Widget w = std::exchange(rec->widget, nullptr)) static_cast<PlainWidgets *>(ctx)->push_back(w);
-    return 1;
-}
-
-int destroyNodeWidgets(void *ctx, void *node) {
-    if (oGuiData *gui = guiDataOf(itemOf(node))) ListWalkBackwards(gui->widgetList, destroyRecord, ctx);
-    return 1;
-}
-
 /* A set of widgets by open addressing: a power-of-two table at most half full, for the
 ** ancestor checks of teardown, one or two per widget of the screen. */
 class WidgetSet {
 public:
-    explicit WidgetSet(size_t count) : slots_(tableSize(count), nullptr), mask_(slots_.size() - 1) {}
+    /* Empties the set, with room for `count` widgets. */
+    void reset(size_t count) {
+        const size_t size = tableSize(count);
+        if (slots_.size() != size) slots_.resize(size);
+        std::fill(slots_.begin(), slots_.end(), nullptr);
+        mask_ = size - 1;
+    }
 
     /* Adds `w`; false when it was there already. */
     bool insert(Widget w) {
@@ -206,26 +189,68 @@ private:
         return static_cast<size_t>((reinterpret_cast<uintptr_t>(w) * 0x9E3779B97F4A7C15ull) >> 32) & mask_;
     }
     PoolVector<Widget> slots_;
-    size_t mask_;
+    size_t mask_ = 0;
 };
 
-/* The widgets to destroy one by one, in walk order: those that lie within no other
-** widget of the screen, each once. Xt destroys the others with the one that holds them,
-** children before their parents, in one recursive pass; destroyed alone, each would be
-** taken out of its parent's layout and child list one at a time. None of those left
-** lies within another, so no destroy frees a widget that is still to come. */
-PoolVector<Widget> outermost(const PlainWidgets &widgets) {
-    WidgetSet all(widgets.size());
-    PoolVector<Widget> once;
-    for (Widget w : widgets)
-        if (all.insert(w)) once.push_back(w);
-    PoolVector<Widget> result;
-    for (Widget w : once) {
+/* The plain widgets of the screen's records, as the teardown walk meets them. */
+using PlainWidgets = PoolVector<Widget>;
+
+/* Appends to `out` the widgets to destroy one by one, in walk order: those that lie
+** within no other of `widgets`, each once (there are one or two per top-level item, so
+** a widget that two records name is found among those just appended). Xt destroys the
+** others with the one that holds them, children before their parents, in one recursive
+** pass; destroyed alone, each would be taken out of its parent's layout and child list
+** one at a time. None of those left lies within another, so no destroy frees a widget
+** that is still to come. */
+void appendOutermost(const PlainWidgets &widgets, WidgetSet &all, PoolVector<Widget> &out) {
+    all.reset(widgets.size());
+    for (Widget w : widgets) all.insert(w);
+    const size_t first = out.size();
+    for (Widget w : widgets) {
         Widget p = XtParent(w);
         while (p != nullptr && !all.contains(p)) p = XtParent(p);
-        if (p == nullptr) result.push_back(w);
+        if (p == nullptr && std::find(out.begin() + static_cast<std::ptrdiff_t>(first), out.end(), w) == out.end())
+            out.push_back(w);
     }
-    return result;
+}
+
+/* What the teardown walk gathers. Post-order visits each top-level item right after
+** everything under it; the widgets of those items lie within the item's widgets or
+** directly in the screen's parent (a builder creates an item's widgets in its parent
+** item's form, or in the screen's parent), never within another top-level item's. So
+** the widgets that go one by one are found per top-level item, in a few entries that
+** are used again for the next one: a screen of thousands of items needs no large
+** block, whose allocation would make malloc consolidate the heap in the middle of it. */
+struct Teardown {
+    PlainWidgets item;        /* of the top-level item being walked */
+    WidgetSet set;            /* the ancestor checks' scratch, used again per item */
+    PoolVector<Widget> alone; /* to destroy one by one, for every item walked so far */
+};
+
+/* Tears one record down: a control goes at once; a plain widget is forgotten by its
+** record (whose destroy callbacks then have nothing to do) and goes after the walk. */
+int destroyRecord(void *ctx, void *element) {
+    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
+                                          GUI_WIDGET_SIGNATURE);
+    if (rec == nullptr) return 1;
+    trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
+    if (rec->widgetKind != WIDGET_PLAIN) {
+        destroyControlOf(rec);
+        return 1;
+    }
+    if (Widget w = std::exchange(rec->widget, nullptr)) static_cast<PlainWidgets *>(ctx)->push_back(w);
+    return 1;
+}
+
+int destroyNodeWidgets(void *ctx, void *node) {
+    auto *teardown = static_cast<Teardown *>(ctx);
+    if (oGuiData *gui = guiDataOf(itemOf(node)))
+        ListWalkBackwards(gui->widgetList, destroyRecord, &teardown->item);
+    if (!TreeNodeHasParent(node)) {
+        appendOutermost(teardown->item, teardown->set, teardown->alone);
+        teardown->item.clear();
+    }
+    return 1;
 }
 
 /* Takes the managed widgets out of their forms first, in one call per parent:
@@ -247,12 +272,11 @@ void unmanageByParent(const PoolVector<Widget> &widgets) {
 }
 
 void destroyWidgets(void *tree) {
-    PlainWidgets plain;
-    TreeWalkPostOrder(tree, destroyNodeWidgets, &plain);
-    const PoolVector<Widget> alone = outermost(plain);
-    unmanageByParent(alone);
+    Teardown teardown;
+    TreeWalkPostOrder(tree, destroyNodeWidgets, &teardown);
+    unmanageByParent(teardown.alone);
     TeardownScope scope(tree);
-    for (Widget w : alone) {
+    for (Widget w : teardown.alone) {
         unmapWidget(w);
         XtDestroyWidget(w);
     }
