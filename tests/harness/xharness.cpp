@@ -2,6 +2,7 @@
 #include "xharness.h"
 
 #include <X11/Shell.h>
+#include <X11/XKBlib.h>
 #include <X11/extensions/XTest.h>
 #include <Xm/Form.h>
 #include <Xm/Xm.h>
@@ -204,7 +205,7 @@ void type(const char *text) {
         KeySym sym = *p == ' ' ? XK_space : XStringToKeysym(name);
         if (sym == NoSymbol) sym = static_cast<KeySym>(static_cast<unsigned char>(*p));
         KeyCode kc = code(sym);
-        bool shifted = XKeycodeToKeysym(display(), kc, 0) != sym;
+        bool shifted = XkbKeycodeToKeysym(display(), kc, 0, 0) != sym;
         if (shifted) XTestFakeKeyEvent(display(), code(XK_Shift_L), True, CurrentTime);
         XTestFakeKeyEvent(display(), kc, True, CurrentTime);
         XTestFakeKeyEvent(display(), kc, False, CurrentTime);
@@ -255,8 +256,9 @@ void XTest::TearDown() {
     shell_ = form_ = nullptr;
     pump(5);
     EXPECT_EQ(gErrors - errorsAtStart_, 0) << "X protocol errors during the test";
-    if (leakCheck_)
+    if (leakCheck_) {
         EXPECT_EQ(MemLiveCountAllPools() - liveAtStart_, 0) << "pool blocks leaked by the test";
+    }
 }
 
 const std::vector<TraceLine> &XTest::traces() const { return gTraces; }
