@@ -164,13 +164,11 @@ public:
         mask_ = size - 1;
     }
 
-    /* Adds `w`; false when it was there already. */
-    bool insert(Widget w) {
+    void insert(Widget w) {
         size_t i = home(w);
         for (; slots_[i] != nullptr; i = (i + 1) & mask_)
-            if (slots_[i] == w) return false;
+            if (slots_[i] == w) return;
         slots_[i] = w;
-        return true;
     }
 
     bool contains(Widget w) const {

@@ -74,6 +74,9 @@ GuiWidgetRecord *newRecord(Widget w = nullptr, int32_t kind = WIDGET_PLAIN);
 ** `*rec` is cleared. */
 void appendRecord(oGuiData *gui, GuiWidgetRecord **rec);
 
+/* Appends a plain record (kind 0) of the widget; the shorthand of the two above. */
+void addWidget(oGuiData *gui, Widget w);
+
 /* Makes the records of the node's item forget their widgets when the widgets are
 ** destroyed by other means than teardown (the client destroying the screen's parent, or
 ** an item's widget, first), so that nothing reaches a widget that no longer exists. The
@@ -98,8 +101,6 @@ private:
 /* True when `w` is `ancestor` or lies within it (a null ancestor holds nothing). */
 bool isWithin(Widget w, Widget ancestor);
 
-/* Appends a plain record (kind 0) of the widget; the shorthand of the two above. */
-void addWidget(oGuiData *gui, Widget w);
 
 /* Manages a widget of a plugin screen. While a screen is being built the widget is only
 ** queued: the batch manages every queued widget after the layout pass, one
