@@ -284,7 +284,12 @@ typedef struct oUpdateScreen {
 } oUpdateScreen;
 
 /* The close callback: called by a CLOSE action with the job id and a boolean object
-** holding true (kxobj.h), which the library releases after the call. */
+** holding true (kxobj.h), which the library releases after the call. The client may
+** free the screen from inside it. A CLOSE that an item runs while GuiCreatePlgScreen or
+** GuiUpdatePlgScreen builds or updates the screen (a toggle or a combo box reports its
+** first state as it is built) is held until that entry point has finished, so that the
+** screen stands whole when the client frees it; several such CLOSEs make one call, with
+** the first one's job. */
 typedef int (*GuiPlgCloseFn)(int32_t jobId, void *hFlag);
 
 /* ---- Entry points ------------------------------------------------------------------- */
@@ -300,7 +305,12 @@ XC_API void InitPluginScreens(GuiPlgCloseFn fnClose, void *pClientValue);
 ** data, builds every item, lays the items out, maps those not hidden and makes the
 ** disabled ones insensitive. The parent may be realized or not; when it is realized
 ** the new widgets are managed in one batch per parent. The caller keeps the tree.
-** Returns 1. */
+** Returns 1.
+** A tree whose widgets still stand (shown, and neither torn down with
+** GuiFreeScreenDefAndWidgets nor destroyed by the client) is built again beside them:
+** the old widgets stay on the form and the controls of the old build (combo, date, time
+** and number inputs) are never destroyed. This is traced at level 0 with the number of
+** such items ("Screen created again over %ld items whose widgets still stand"). */
 XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId);
 
 /* Applies `pUpdate` to the screen `pScreen`: with `perItem` 0 a whole new tree replaces

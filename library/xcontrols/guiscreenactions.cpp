@@ -33,10 +33,7 @@ int closeScreen(Widget button) {
     XtVaGetValues(button, XmNuserData, &job, nullptr);
     const long jobId = static_cast<long>(reinterpret_cast<intptr_t>(job));
     trace(501, 0, "close plugin screen for job %ld", jobId);
-    void *flag = nullptr;
-    ObjBooleanCreate(&flag, 1);
-    if (GuiPlgCloseFn fn = closeCallback()) fn(static_cast<int32_t>(jobId), flag);
-    ObjReleaseInternal(&flag);
+    requestClose(static_cast<int32_t>(jobId));
     return 0;
 }
 

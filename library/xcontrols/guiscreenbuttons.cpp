@@ -27,15 +27,14 @@ void buildPushButton(Widget parent, void *node) {
     ScreenItem *item = itemOf(node);
     auto *data = dataOf<PushButtonData>(item, GUI_TAG_PUSHBUTTON, GUI_PUSHBUTTON_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     XmStr label(data->label);
     Args args;
     args.add(XmNlabelString, reinterpret_cast<XtArgVal>(static_cast<XmString>(label)))
         .add(XmNhighlightThickness, 0).add(XmNshadowThickness, 2);
     Widget button = createHidden(where, "pushb", xmPushButtonWidgetClass, args);
-    manage(button);
+    queueManage(button);
     if (ListCount(item->actions) > 0) {
         XtVaSetValues(button, XmNuserData, static_cast<XtPointer>(reinterpret_cast<void *>(
                                                static_cast<intptr_t>(glJobId))), nullptr);
@@ -48,8 +47,7 @@ void buildEditBox(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     auto *data = dataOf<EditBoxData>(itemOf(node), GUI_TAG_EDITBOX, GUI_EDITBOX_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     Args args;
     args.add(XtNmappedWhenManaged, False);
@@ -70,7 +68,7 @@ void buildEditBox(Widget parent, void *node) {
         addWidget(gui, XtParent(text));
     }
     setColourByName(text, XmNbackground, "white");
-    manage(text);
+    queueManage(text);
     mapWidget(text);
     XtAddCallback(text, XmNvalueChangedCallback, onEdit, node);
     addWidget(gui, text);

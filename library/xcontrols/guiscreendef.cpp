@@ -1,13 +1,8 @@
-/* guiscreendef.cpp - plugin screens: the entry points, the create dispatch, the build
-** batch and the teardown by widget kind. */
-#include <algorithm>
+/* guiscreendef.cpp - plugin screens: the entry points, the create dispatch and the
+** close callback. */
 #include <new>
 #include <utility>
 
-#include "guicombo.h"
-#include "guidateinput.h"
-#include "guinuminput.h"
-#include "guitimeinput.h"
 #include "guiscreenitem.h"
 
 extern "C" {
@@ -58,8 +53,23 @@ const ItemKind *kindOf(uint32_t type) {
     return nullptr;
 }
 
-int releaseGuiData(void *, void *node) {
-    if (ScreenItem *item = itemOf(node)) ObjReleaseInternal(&item->guiData);
+int holdsWidgets(void *, void *element) {
+    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
+                                          GUI_WIDGET_SIGNATURE);
+    const bool empty = rec == nullptr || (rec->widget == nullptr && rec->combo == nullptr &&
+                                          rec->tabs == nullptr && rec->numInput == nullptr &&
+                                          rec->dateInput == nullptr && rec->timeInput == nullptr);
+    return empty ? 1 : 0; /* 0 stops the walk: the item holds widgets */
+}
+
+/* The release pass; counts the items whose records still hold widgets or controls of an
+** earlier build that nobody tore down. */
+int releaseGuiData(void *stale, void *node) {
+    ScreenItem *item = itemOf(node);
+    if (item == nullptr) return 1;
+    if (oGuiData *gui = guiDataOf(item))
+        if (!ListWalk(gui->widgetList, holdsWidgets, nullptr)) ++*static_cast<long *>(stale);
+    ObjReleaseInternal(&item->guiData);
     return 1;
 }
 
@@ -76,302 +86,42 @@ int createNode(void *parent, void *node) {
     return 1;
 }
 
-/* ---- The build batch ----------------------------------------------------------------- */
+/* ---- The close callback ----------------------------------------------------------------
+** A CLOSE that an item runs while an entry point builds or updates the screen (a toggle
+** or a combo box reporting its first state) is held until the entry point has finished:
+** the client frees the screen from the callback, which must not happen under the build. */
 
-PoolVector<Widget> *gPending = nullptr;
+int gEntryDepth = 0;
+bool gClosePending = false;
+int32_t gPendingJob = 0;
 
-/* Manages one batch of children of one parent. A realized parent lays the batch out at
-** once, at the sizes the children have then; a container that was never realized has
-** not laid out its own children yet and has no size (Xt lays it out only when it
-** realizes it, after the parent has placed it). Realizing such containers first, while
-** still unmanaged, gives them their size before the parent places them. */
-void manageBatch(PoolVector<Widget> &batch) {
-    if (XtIsRealized(XtParent(batch.front())))
-        for (Widget w : batch)
-            if (XtIsComposite(w) && !XtIsRealized(w)) XtRealizeWidget(w);
-    XtManageChildren(batch.data(), static_cast<Cardinal>(batch.size()));
-}
-
-/* Manages the queued widgets: one XtManageChildren per parent, parents in the reverse
-** order of their first appearance, so inner containers are complete before the
-** container that holds them is managed into a realized form. */
-void flushPending(PoolVector<Widget> &pending) {
-    PoolVector<std::pair<size_t, Widget>> order; /* (rank of the parent, widget) */
-    PoolVector<Widget> parents;
-    order.reserve(pending.size());
-    for (Widget w : pending) {
-        auto it = std::find(parents.rbegin(), parents.rend(), XtParent(w));
-        size_t rank = it == parents.rend() ? parents.size() : parents.rend() - it - 1;
-        if (it == parents.rend()) parents.push_back(XtParent(w));
-        order.emplace_back(rank, w);
-    }
-    std::stable_sort(order.begin(), order.end(),
-                     [](const auto &a, const auto &b) { return a.first > b.first; });
-    PoolVector<Widget> batch;
-    for (size_t i = 0; i < order.size(); ++i) {
-        batch.push_back(order[i].second);
-        if (i + 1 == order.size() || order[i + 1].first != order[i].first) {
-            manageBatch(batch);
-            batch.clear();
-        }
-    }
-}
-
-/* Runs the create and layout passes with the manage calls of the builders batched. */
-void buildScreen(Widget parent, void *tree) {
-    PoolVector<Widget> pending;
-    PoolVector<Widget> *outer = gPending;
-    if (outer == nullptr) gPending = &pending;
-    TreeWalk(tree, createNode, parent, 0);
-    ItemIndex index(tree);
-    TreeWalk(tree, layoutNode, &index, 0);
-    if (outer == nullptr) {
-        gPending = nullptr;
-        flushPending(pending);
-    }
-}
-
-/* ---- Teardown --------------------------------------------------------------------------- */
-
-/* Takes every child of the form out of its layout before some of them go one by one.
-** An unrealized form leaves the attachments of the other children pointing at a
-** destroyed sibling and follows them at its next layout, which would read freed memory;
-** children that are not managed are not laid out. */
-void leaveLayout(Widget form) {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(form, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    if (count > 0) XtUnmanageChildren(children, count);
-}
-
-/* Clears the handle before the control goes, so that nothing reaches it twice. */
-template <typename Control>
-void destroyOnce(void *&handle, void (*destroy)(Control *)) {
-    auto *control = static_cast<Control *>(handle);
-    handle = nullptr;
-    if (control != nullptr) destroy(control);
-}
-
-/* A set of widgets by open addressing: a power-of-two table at most half full, for the
-** ancestor checks of teardown, one or two per widget of the screen. */
-class WidgetSet {
-public:
-    /* Empties the set, with room for `count` widgets. */
-    void reset(size_t count) {
-        const size_t size = tableSize(count);
-        if (slots_.size() != size) slots_.resize(size);
-        std::fill(slots_.begin(), slots_.end(), nullptr);
-        mask_ = size - 1;
-    }
-
-    void insert(Widget w) {
-        size_t i = home(w);
-        for (; slots_[i] != nullptr; i = (i + 1) & mask_)
-            if (slots_[i] == w) return;
-        slots_[i] = w;
-    }
-
-    bool contains(Widget w) const {
-        for (size_t i = home(w); slots_[i] != nullptr; i = (i + 1) & mask_)
-            if (slots_[i] == w) return true;
-        return false;
-    }
-
-private:
-    static size_t tableSize(size_t count) {
-        size_t size = 16;
-        while (size < 2 * count) size *= 2;
-        return size;
-    }
-    size_t home(Widget w) const {
-        return static_cast<size_t>((reinterpret_cast<uintptr_t>(w) * 0x9E3779B97F4A7C15ull) >> 32) & mask_;
-    }
-    PoolVector<Widget> slots_;
-    size_t mask_ = 0;
-};
-
-/* The plain widgets of the screen's records, as the teardown walk meets them. */
-using PlainWidgets = PoolVector<Widget>;
-
-/* Appends to `out` the widgets to destroy one by one, in walk order: those that lie
-** within no other of `widgets`, each once (there are one or two per top-level item, so
-** a widget that two records name is found among those just appended). Xt destroys the
-** others with the one that holds them, children before their parents, in one recursive
-** pass; destroyed alone, each would be taken out of its parent's layout and child list
-** one at a time. None of those left lies within another, so no destroy frees a widget
-** that is still to come. */
-void appendOutermost(const PlainWidgets &widgets, WidgetSet &all, PoolVector<Widget> &out) {
-    all.reset(widgets.size());
-    for (Widget w : widgets) all.insert(w);
-    const size_t first = out.size();
-    for (Widget w : widgets) {
-        Widget p = XtParent(w);
-        while (p != nullptr && !all.contains(p)) p = XtParent(p);
-        if (p == nullptr && std::find(out.begin() + static_cast<std::ptrdiff_t>(first), out.end(), w) == out.end())
-            out.push_back(w);
-    }
-}
-
-/* What the teardown walk gathers. Post-order visits each top-level item right after
-** everything under it; the widgets of those items lie within the item's widgets or
-** directly in the screen's parent (a builder creates an item's widgets in its parent
-** item's form, or in the screen's parent), never within another top-level item's. So
-** the widgets that go one by one are found per top-level item, in a few entries that
-** are used again for the next one: a screen of thousands of items needs no large
-** block, whose allocation would make malloc consolidate the heap in the middle of it. */
-struct Teardown {
-    PlainWidgets item;        /* of the top-level item being walked */
-    WidgetSet set;            /* the ancestor checks' scratch, used again per item */
-    PoolVector<Widget> alone; /* to destroy one by one, for every item walked so far */
-};
-
-/* Tears one record down: a control goes at once; a plain widget is forgotten by its
-** record (whose destroy callbacks then have nothing to do) and goes after the walk. */
-int destroyRecord(void *ctx, void *element) {
-    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
-                                          GUI_WIDGET_SIGNATURE);
-    if (rec == nullptr) return 1;
-    trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
-    if (rec->widgetKind != WIDGET_PLAIN) {
-        destroyControlOf(rec);
-        return 1;
-    }
-    if (Widget w = std::exchange(rec->widget, nullptr)) static_cast<PlainWidgets *>(ctx)->push_back(w);
-    return 1;
-}
-
-int destroyNodeWidgets(void *ctx, void *node) {
-    auto *teardown = static_cast<Teardown *>(ctx);
-    if (oGuiData *gui = guiDataOf(itemOf(node)))
-        ListWalkBackwards(gui->widgetList, destroyRecord, &teardown->item);
-    if (!TreeNodeHasParent(node)) {
-        appendOutermost(teardown->item, teardown->set, teardown->alone);
-        teardown->item.clear();
-    }
-    return 1;
-}
-
-/* Takes the managed widgets out of their forms first, in one call per parent:
-** destroying a managed widget makes a realized form lay out the remaining children
-** again, once per widget. Unmanaged, they are unmapped with all they hold. */
-void unmanageByParent(const PoolVector<Widget> &widgets) {
-    PoolVector<Widget> managed;
-    for (Widget w : widgets)
-        if (XtIsManaged(w)) managed.push_back(w);
-    std::stable_sort(managed.begin(), managed.end(),
-                     [](Widget a, Widget b) { return XtParent(a) < XtParent(b); });
-    size_t start = 0;
-    for (size_t i = 1; i <= managed.size(); ++i) {
-        if (i == managed.size() || XtParent(managed[i]) != XtParent(managed[start])) {
-            XtUnmanageChildren(&managed[start], static_cast<Cardinal>(i - start));
-            start = i;
-        }
-    }
-}
-
-void destroyWidgets(void *tree) {
-    Teardown teardown;
-    TreeWalkPostOrder(tree, destroyNodeWidgets, &teardown);
-    unmanageByParent(teardown.alone);
-    TeardownScope scope(tree);
-    for (Widget w : teardown.alone) {
-        unmapWidget(w);
-        XtDestroyWidget(w);
-    }
-}
-
-/* ---- Updates ----------------------------------------------------------------------------- */
-
-int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update) {
-    void *cookie = update->screenCookie;
-    if (cookie == nullptr && ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE))
-        cookie = TreeGetCookie(screen->oPluginScreenDef);
-    TreeSetCookie(update->tree, cookie);
-    trace(104, 0, "Process screen update of whole screen");
-    /* The new tree's reference is taken first: the update may hand the shown tree again. */
-    void *next = ObjIncRefCount(update->tree) ? update->tree : nullptr;
-    destroyWidgets(screen->oPluginScreenDef);
-    ObjReleaseInternal(&screen->oPluginScreenDef);
-    screen->oPluginScreenDef = next;
-    buildScreen(screen->parentWidget, next);
-    return 1;
-}
-
-int updateItems(oScreenDef *screen, oUpdateScreen *update) {
-    if (update->screenCookie != nullptr) TreeSetCookie(screen->oPluginScreenDef, update->screenCookie);
-    trace(105, 0, "Process screen updates of individual items");
-    if (!ObjIsA(update->tree, KX_TAG_TREE) || !ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE)) {
-        trace(106, 0, "oUpdateScreen %p oScreenDef->oPluginScreenDef %p", update->tree,
-              screen->oPluginScreenDef);
-        return 0;
-    }
-    int result = 0;
-    for (void *node = TreeFirstNode(update->tree); node != nullptr; TreeNextSibling(&node, node)) {
-        ScreenItem *patch = itemOf(node);
-        if (patch == nullptr) continue;
-        trace(107, 0, "Replace screen item %ld", static_cast<long>(patch->itemId));
-        void *shownNode = findItemNode(screen->oPluginScreenDef, patch->itemId);
-        ScreenItem *shown = itemOf(shownNode);
-        if (shown == nullptr) {
-            trace(108, 0, "No such item to update");
-            continue;
-        }
-        result = updateItem(shownNode, node);
-        storeHandle(&shown->actions, patch->actions);
-    }
-    return result;
+void callClose(int32_t jobId) {
+    void *flag = nullptr;
+    ObjBooleanCreate(&flag, 1);
+    if (gClose) gClose(jobId, flag);
+    ObjReleaseInternal(&flag);
 }
 
 } // namespace
 
-Widget controlHolder(const GuiWidgetRecord *rec) {
-    Widget field = nullptr;
-    switch (rec->widgetKind) {
-    case WIDGET_NUMINPUT:
-        if (rec->numInput) field = static_cast<GuiNumInput *>(rec->numInput)->wText;
-        break;
-    case WIDGET_DATEINPUT:
-        if (rec->dateInput) field = static_cast<GuiDateInput *>(rec->dateInput)->wDay;
-        break;
-    case WIDGET_TIMEINPUT:
-        if (rec->timeInput) field = static_cast<GuiTimeInput *>(rec->timeInput)->wHours;
-        break;
-    default:
-        break;
+/* Runs the create and layout passes with the manage calls of the builders batched. */
+void buildScreen(Widget parent, void *tree) {
+    BuildBatch batch;
+    TreeWalk(tree, createNode, parent, 0);
+    ItemIndex index(tree);
+    TreeWalk(tree, layoutNode, &index, 0);
+    batch.finish();
+}
+
+void requestClose(int32_t jobId) {
+    if (gEntryDepth == 0) {
+        callClose(jobId);
+        return;
     }
-    return field ? XtParent(field) : nullptr;
+    trace(112, 0, "Close for job %ld held until the screen stands", static_cast<long>(jobId));
+    if (!gClosePending) gPendingJob = jobId;
+    gClosePending = true;
 }
-
-void destroyControlOf(GuiWidgetRecord *rec) {
-    if (Widget holder = controlHolder(rec)) leaveLayout(holder);
-    switch (rec->widgetKind) {
-    case WIDGET_COMBO: destroyOnce(rec->combo, GuiDestroyCombo); break;
-    case WIDGET_NUMINPUT: destroyOnce(rec->numInput, GuiNumInputDestroy); break;
-    case WIDGET_DATEINPUT: destroyOnce(rec->dateInput, GuiDateInputDestroy); break;
-    case WIDGET_TIMEINPUT: destroyOnce(rec->timeInput, GuiTimeInputDestroy); break;
-    default: break;
-    }
-}
-
-void manageQueuedWithin(Widget container) {
-    if (gPending == nullptr) return;
-    PoolVector<Widget> inner;
-    auto keep = gPending->begin();
-    for (Widget w : *gPending) {
-        if (w != container && isWithin(w, container)) inner.push_back(w);
-        else *keep++ = w;
-    }
-    gPending->erase(keep, gPending->end());
-    if (!inner.empty()) flushPending(inner);
-}
-
-void manage(Widget w) {
-    if (w == nullptr) return;
-    if (gPending) gPending->push_back(w);
-    else XtManageChild(w);
-}
-
-GuiPlgCloseFn closeCallback() { return gClose; }
 
 } // namespace xc::screen
 
@@ -391,6 +141,15 @@ int guarded(const char *entry, Work &&work) noexcept {
     }
 }
 
+/* An entry point's work, with a CLOSE that it runs held until the outermost one ends. */
+template <typename Work>
+int entered(const char *entry, Work &&work) noexcept {
+    ++gEntryDepth;
+    const int result = guarded(entry, work);
+    if (--gEntryDepth == 0 && std::exchange(gClosePending, false)) callClose(gPendingJob);
+    return result;
+}
+
 } // namespace
 
 extern "C" {
@@ -406,8 +165,11 @@ XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId) {
         xc::trace(111, -1, "No parent widget for the screen");
         return 1;
     }
-    guarded("GuiCreatePlgScreen", [&] {
-        TreeWalk(hScreenDef, releaseGuiData, nullptr, 0);
+    entered("GuiCreatePlgScreen", [&] {
+        long stale = 0;
+        TreeWalk(hScreenDef, releaseGuiData, &stale, 0);
+        if (stale > 0)
+            xc::trace(113, 0, "Screen created again over %ld items whose widgets still stand", stale);
         buildScreen(parent, hScreenDef);
         return 1;
     });
@@ -421,7 +183,7 @@ XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32
         xc::trace(111, -1, "No parent widget for the screen");
         return 0;
     }
-    return guarded("GuiUpdatePlgScreen", [&] {
+    return entered("GuiUpdatePlgScreen", [&] {
         return perItem ? updateItems(pScreen, pUpdate) : updateWholeScreen(pScreen, pUpdate);
     });
 }
@@ -435,7 +197,7 @@ XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef) {
     if (slot == nullptr || *slot == nullptr) return;
     xc::trace(109, 0, "Destroy the widgets making up the screen");
     guarded("GuiFreeScreenDefAndWidgets", [&] {
-        destroyWidgets(*slot);
+        destroyScreenWidgets(*slot);
         return 1;
     });
     GuiFreeScreenDef(slot);

@@ -39,24 +39,6 @@ void onNumber(Widget, void *node, int32_t *value) {
     if (auto *data = untaggedDataOf<NumInputData>(itemOf(node), kFirstWord)) data->value = *value;
 }
 
-/* ---- Control records --------------------------------------------------------------------- */
-
-/* The form that holds a control's widgets is going: the control goes with it. The
-** record may already be gone, or its memory may serve a newer record, whose control then
-** lives in another form. */
-void onHolderDestroyed(Widget holder, XtPointer clientData, XtPointer) {
-    auto *rec = objectAs<GuiWidgetRecord>(clientData, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE);
-    if (rec != nullptr && controlHolder(rec) == holder) destroyControlOf(rec);
-}
-
-/* Appends the record of the item's control (the last one: it shows the value). Teardown
-** destroys the control through it; should the client destroy the widgets first, the
-** control goes with the form that holds them, and teardown then finds no handle. */
-void appendControl(oGuiData *gui, GuiWidgetRecord **rec, Widget holder) {
-    if (*rec != nullptr) XtAddCallback(holder, XmNdestroyCallback, onHolderDestroyed, *rec);
-    appendRecord(gui, rec);
-}
-
 /* The operations of the date or the time control that its builder uses. */
 template <typename Input, typename Handler>
 struct ClockControl {
@@ -104,7 +86,7 @@ Widget createArrow(Widget form, const char *name, Pixmap picture, const char *si
     else
         args.add(XmNlabelString, reinterpret_cast<XtArgVal>(static_cast<XmString>(text)));
     Widget button = XmCreatePushButton(form, const_cast<char *>(name), args.list(), args.count());
-    manage(button);
+    queueManage(button);
     return button;
 }
 
@@ -112,7 +94,7 @@ Widget createArrow(Widget form, const char *name, Pixmap picture, const char *si
 Widget createFieldRow(Widget where) {
     Args args;
     Widget form = createHidden(where, "form", xmFormWidgetClass, args);
-    manage(form);
+    queueManage(form);
     return form;
 }
 
@@ -123,7 +105,7 @@ Widget createField(Widget form, int32_t maxLength, int32_t columns, Widget leftO
         .add(XmNmarginHeight, 2).add(XmNmarginWidth, 3).add(XmNtopAttachment, XmATTACH_FORM);
     attachLeft(args, leftOf);
     Widget field = XmCreateTextField(form, const_cast<char *>("input"), args.list(), args.count());
-    manage(field);
+    queueManage(field);
     return field;
 }
 
@@ -133,7 +115,7 @@ Widget createSeparator(Widget form, const char *sign, Widget leftOf) {
     args.add(XmNtopAttachment, XmATTACH_FORM).add(XmNtopOffset, 5);
     attachLeft(args, leftOf);
     Widget label = XmCreateLabel(form, const_cast<char *>(sign), args.list(), args.count());
-    manage(label);
+    queueManage(label);
     return label;
 }
 
@@ -169,7 +151,7 @@ Widget createNumberText(Widget form, const NumInputData *data) {
         .add(XmNmarginWidth, 3).add(XmNcursorPositionVisible, False);
     Widget text = XmCreateTextField(form, const_cast<char *>("text"), args.list(), args.count());
     setColourByName(text, XmNbackground, "white");
-    manage(text);
+    queueManage(text);
     return text;
 }
 
@@ -191,11 +173,7 @@ void buildDateInput(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     auto *data = dataOf<DateInputData>(itemOf(node), GUI_TAG_DATEINPUT, GUI_DATEINPUT_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) {
-        trace(1203, 0, "Can't find parent use toplevel");
-        where = parent;
-    }
+    Widget where = whereToBuild(parent, node, 1203, "Can't find parent use toplevel");
     trace(1204, 0, "Create date widgets");
 
     Widget form = createFieldRow(where);
@@ -215,15 +193,14 @@ void buildDateInput(Widget parent, void *node) {
     addWidget(gui, form);
     addWidget(gui, firstSlash);
     addWidget(gui, secondSlash);
-    appendControl(gui, &rec, form);
+    appendControl(gui, &rec);
 }
 
 void buildTimeInput(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     auto *data = dataOf<TimeInputData>(itemOf(node), GUI_TAG_TIMEINPUT, GUI_TIMEINPUT_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     Widget form = createFieldRow(where);
     Widget hours = createField(form, 2, 2, nullptr);
@@ -239,15 +216,14 @@ void buildTimeInput(Widget parent, void *node) {
 
     addWidget(gui, form);
     addWidget(gui, colon);
-    appendControl(gui, &rec, form);
+    appendControl(gui, &rec);
 }
 
 void buildNumInput(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     auto *data = dataOf<NumInputData>(itemOf(node), GUI_TAG_NUMINPUT, GUI_NUMINPUT_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     Widget form = nullptr;
     Widget frame = createInsetFrame(where, &form);
@@ -264,7 +240,7 @@ void buildNumInput(Widget parent, void *node) {
 
     addWidget(gui, frame);
     addWidget(gui, form);
-    appendControl(gui, &rec, form);
+    appendControl(gui, &rec);
 }
 
 } // namespace xc::screen

@@ -97,6 +97,12 @@ Widget parentWidgetOf(void *node) {
     return gui ? gui->childParent : nullptr;
 }
 
+Widget whereToBuild(Widget screenForm, void *node, int32_t traceNo, const char *fallbackTrace) {
+    if (Widget where = parentWidgetOf(node)) return where;
+    if (fallbackTrace != nullptr) trace(traceNo, 0, "%s", fallbackTrace);
+    return screenForm;
+}
+
 GuiWidgetRecord *newRecord(Widget w, int32_t kind) {
     GuiWidgetRecord *rec = nullptr;
     if (!ObjCreateInternal(&rec, sizeof(GuiWidgetRecord), GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE, 0, pool()))
@@ -191,9 +197,9 @@ Widget createInsetFrame(Widget where, Widget *form) {
     Args args;
     args.add(XmNshadowThickness, 2).add(XmNshadowType, XmSHADOW_IN);
     Widget frame = createHidden(where, "frame", xmFrameWidgetClass, args);
-    manage(frame);
+    queueManage(frame);
     *form = XmCreateForm(frame, const_cast<char *>("form"), nullptr, 0);
-    manage(*form);
+    queueManage(*form);
     return frame;
 }
 
@@ -205,7 +211,7 @@ Widget createScrolled(Widget parent, const char *name, WidgetClass cls, Args &wi
         .add(XmNscrollBarDisplayPolicy, XmSTATIC).add(XmNshadowThickness, 0);
     Widget window = XtCreateWidget(windowName, xmScrolledWindowWidgetClass, parent,
                                    windowArgs.list(), windowArgs.count());
-    manage(window);
+    queueManage(window);
     return XtCreateWidget(name, cls, window, childArgs.list(), childArgs.count());
 }
 

@@ -62,9 +62,14 @@ private:
 ** item with the record's own reference, overwriting what was there. Returns it. */
 oGuiData *createGuiData(void *node);
 
-/* The childParent of the node's parent item; null when there is none (the builder then
-** uses the screen's parent widget). */
+/* The childParent of the node's parent item; null when there is none. */
 Widget parentWidgetOf(void *node);
+
+/* Where a builder creates the node's widgets: the childParent of its parent item, or else
+** the screen's form `screenForm`; a non-null `fallbackTrace` is traced (with `traceNo`)
+** when the item falls back to the screen's form. */
+Widget whereToBuild(Widget screenForm, void *node, int32_t traceNo = 0,
+                    const char *fallbackTrace = nullptr);
 
 /* A new all-zero widget record (kind 0, no widget), or null. The caller owns its
 ** reference until it hands it to appendRecord. */
@@ -102,11 +107,25 @@ private:
 bool isWithin(Widget w, Widget ancestor);
 
 
-/* Manages a widget of a plugin screen. While a screen is being built the widget is only
-** queued: the batch manages every queued widget after the layout pass, one
-** XtManageChildren per parent, innermost parents first, so that a realized form lays
-** its new children out once instead of once per child. */
-void manage(Widget w);
+/* The build batch of a screen: while one is open, queueManage only queues widgets; the
+** outermost batch's finish manages every queued widget, one XtManageChildren per parent,
+** innermost parents first, so that a realized form lays its new children out once
+** instead of once per child. A batch that ends without finish manages nothing (the
+** widgets stay unmanaged, as after an out-of-memory stop). */
+class BuildBatch {
+public:
+    BuildBatch();
+    ~BuildBatch();
+    BuildBatch(const BuildBatch &) = delete;
+    BuildBatch &operator=(const BuildBatch &) = delete;
+    void finish();
+private:
+    PoolVector<Widget> queued_;
+};
+
+/* Queues a widget of a plugin screen for the open build batch; manages it at once when
+** no batch is open. */
+void queueManage(Widget w);
 
 /* Manages at once the queued widgets that lie inside `container` (not the container
 ** itself), so that the container can be measured before the batch ends. */
@@ -136,6 +155,17 @@ Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args
 
 /* ---- Walks used by the driver -------------------------------------------------------- */
 
+/* The create and layout passes of a screen's tree, in one build batch. */
+void buildScreen(Widget parent, void *tree);
+
+/* The two modes of GuiUpdatePlgScreen. */
+int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update);
+int updateItems(oScreenDef *screen, oUpdateScreen *update);
+
+/* The teardown walk: every widget and control of the tree's records is destroyed and the
+** records cleared; the records, GUI data and tree stay. */
+void destroyScreenWidgets(void *tree);
+
 /* The layout step of one node (attachments, visibility, sensitivity, grid); the walk's
 ** context is the ItemIndex of the screen's tree. */
 int layoutNode(void *index, void *node);
@@ -152,8 +182,10 @@ int updateItem(void *shownNode, void *updateNode);
 ** node or its tree afterwards. */
 void runActions(void *node, bool inverted);
 
-/* The close callback registered with InitPluginScreens, or null. */
-GuiPlgCloseFn closeCallback();
+/* Reports the job to the close callback registered with InitPluginScreens, with a
+** boolean object holding true; while an entry point builds or updates a screen the call
+** waits until that entry point has finished (the first CLOSE's job is reported, once). */
+void requestClose(int32_t jobId);
 
 /* A frame with a sunken shadow, created hidden in `where`, and the form inside it
 ** (`*form`), both queued for managing: the box of a combo box or a number input.
@@ -186,6 +218,12 @@ void buildNumInput(Widget parent, void *node);
 /* The form that holds the widgets of the control of a number, date or time input
 ** record; null for other records and for a record without a control. */
 Widget controlHolder(const GuiWidgetRecord *rec);
+
+/* Appends the record of the item's control (the last one: it shows the value). Teardown
+** destroys the control through it; should the client destroy the widgets first, the
+** control goes with the form that holds its fields (or a combo box's list), and teardown
+** then finds no handle. */
+void appendControl(oGuiData *gui, GuiWidgetRecord **rec);
 
 /* Destroys the control of a control record (combo, number, date or time input) and
 ** clears its handle, so that the control goes once, whether teardown or the end of its

@@ -108,7 +108,7 @@ Widget createDropButton(Widget form) {
         args.add(XmNlabelType, XmPIXMAP).add(XmNlabelPixmap, comboPixmap)
             .add(XmNlabelInsensitivePixmap, comboPixmap);
     Widget button = XmCreatePushButton(form, const_cast<char *>("button"), args.list(), args.count());
-    manage(button);
+    queueManage(button);
     return button;
 }
 
@@ -123,7 +123,7 @@ Widget createComboText(Widget form, Widget button, const ComboBoxData *data) {
         .add(XmNmarginWidth, 3);
     Widget text = XmCreateTextField(form, const_cast<char *>("text"), args.list(), args.count());
     setColourByName(text, XmNbackground, "white");
-    manage(text);
+    queueManage(text);
     return text;
 }
 
@@ -138,7 +138,7 @@ Widget createDropList(Widget where, Widget frame) {
     Args windowArgs = args;
     Widget list = createScrolled(where, "list", xmListWidgetClass, windowArgs, args);
     setColourByName(list, XmNbackground, "white");
-    manage(list);
+    queueManage(list);
     return list;
 }
 
@@ -163,8 +163,7 @@ void buildComboBox(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     ComboBoxData *data = comboData(node);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     Widget form = nullptr;
     Widget frame = createInsetFrame(where, &form);
@@ -191,7 +190,7 @@ void buildComboBox(Widget parent, void *node) {
     addWidget(gui, frame);
     addWidget(gui, form);
     addWidget(gui, XtParent(list));
-    appendRecord(gui, &rec);
+    appendControl(gui, &rec);
 }
 
 void buildListBox(Widget parent, void *node) {
@@ -204,8 +203,7 @@ void buildListBox(Widget parent, void *node) {
                          ? objectAs<ExtendedListBoxData>(list, 0, GUI_EXTLISTBOX_SIGNATURE)
                          : nullptr;
     if (item->itemType != ListBox && extended == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
 
     /* XmListSelectItem keeps one entry selected under any policy but multiple select, so
     ** a list of several choices gets its stored selection under that policy first. */
@@ -221,7 +219,7 @@ void buildListBox(Widget parent, void *node) {
     windowArgs.add(XtNmappedWhenManaged, False);
     Widget w = createScrolled(where, "list", xmListWidgetClass, windowArgs, args);
     setColourByName(w, XmNbackground, "white");
-    manage(w);
+    queueManage(w);
 
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
         createGuiData(child);

@@ -50,7 +50,7 @@ Widget createToggle(Widget parent, const char *name, const char *label, int32_t 
     if (set != 0) args.add(XmNset, True);
     Widget w = hidden ? createHidden(parent, name, xmToggleButtonWidgetClass, args)
                       : XtCreateWidget(name, xmToggleButtonWidgetClass, parent, args.list(), args.count());
-    manage(w);
+    queueManage(w);
     setColourByName(w, XmNselectColor, "red");
     return w;
 }
@@ -74,8 +74,7 @@ void buildSelectionItem(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     auto *data = dataOf<SelectionItemData>(itemOf(node), GUI_TAG_SELECTION, GUI_SELECTION_SIGNATURE);
     if (gui == nullptr || data == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
     Widget toggle = createToggle(where, "toggle", data->label, data->set, true);
     XtAddCallback(toggle, XmNvalueChangedCallback, onSelection, node);
     reportInitialState(onSelection, toggle, node, data->set);
@@ -85,12 +84,11 @@ void buildSelectionItem(Widget parent, void *node) {
 void buildRadioManager(Widget parent, void *node) {
     oGuiData *gui = createGuiData(node);
     if (gui == nullptr) return;
-    Widget where = parentWidgetOf(node);
-    if (where == nullptr) where = parent;
+    Widget where = whereToBuild(parent, node);
     Args args;
     args.add(XtNmappedWhenManaged, False);
     Widget box = XmCreateRadioBox(where, const_cast<char *>("radiobox"), args.list(), args.count());
-    manage(box);
+    queueManage(box);
     addWidget(gui, box);
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child))
         buildRadioButton(box, child);

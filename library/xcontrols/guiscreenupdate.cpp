@@ -1,5 +1,6 @@
-/* guiscreenupdate.cpp - per-item updates of a shown plugin screen: the dispatch by item
-** type and the visibility and sensitivity that every update applies. */
+/* guiscreenupdate.cpp - updates of a shown plugin screen: the whole screen replaced, or
+** single items patched through the dispatch by item type, with the visibility and
+** sensitivity that every per-item update applies. */
 #include "guiscreenitem.h"
 
 namespace xc::screen {
@@ -50,6 +51,46 @@ int updateItem(void *shownNode, void *updateNode) {
     else if (kind->update) kind->update(shownNode, updateNode);
     applyFlags(shown, patch);
     return kind != nullptr;
+}
+
+int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update) {
+    void *cookie = update->screenCookie;
+    if (cookie == nullptr && ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE))
+        cookie = TreeGetCookie(screen->oPluginScreenDef);
+    TreeSetCookie(update->tree, cookie);
+    trace(104, 0, "Process screen update of whole screen");
+    /* The new tree's reference is taken first: the update may hand the shown tree again. */
+    void *next = ObjIncRefCount(update->tree) ? update->tree : nullptr;
+    destroyScreenWidgets(screen->oPluginScreenDef);
+    ObjReleaseInternal(&screen->oPluginScreenDef);
+    screen->oPluginScreenDef = next;
+    buildScreen(screen->parentWidget, next);
+    return 1;
+}
+
+int updateItems(oScreenDef *screen, oUpdateScreen *update) {
+    if (update->screenCookie != nullptr) TreeSetCookie(screen->oPluginScreenDef, update->screenCookie);
+    trace(105, 0, "Process screen updates of individual items");
+    if (!ObjIsA(update->tree, KX_TAG_TREE) || !ObjIsA(screen->oPluginScreenDef, KX_TAG_TREE)) {
+        trace(106, 0, "oUpdateScreen %p oScreenDef->oPluginScreenDef %p", update->tree,
+              screen->oPluginScreenDef);
+        return 0;
+    }
+    int result = 0;
+    for (void *node = TreeFirstNode(update->tree); node != nullptr; TreeNextSibling(&node, node)) {
+        ScreenItem *patch = itemOf(node);
+        if (patch == nullptr) continue;
+        trace(107, 0, "Replace screen item %ld", static_cast<long>(patch->itemId));
+        void *shownNode = findItemNode(screen->oPluginScreenDef, patch->itemId);
+        ScreenItem *shown = itemOf(shownNode);
+        if (shown == nullptr) {
+            trace(108, 0, "No such item to update");
+            continue;
+        }
+        result = updateItem(shownNode, node);
+        storeHandle(&shown->actions, patch->actions);
+    }
+    return result;
 }
 
 } // namespace xc::screen

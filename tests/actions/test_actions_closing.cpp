@@ -5,6 +5,8 @@
 
 #include "xcontrols/guicombo.h"
 
+#include <utility>
+
 namespace xt {
 namespace {
 
@@ -157,6 +159,31 @@ TEST_P(Closing, FromTheComboBoxItselfWhenTheUserTypes) {
     type("x");
     expectClosedOnce(s);
     type("yz"); /* keys after the screen went reach nothing of it */
+}
+
+/* A CLOSE that an item runs while the screen is built (a toggle reporting its first
+** state, where inverted is still CLOSE; a combo box taking its first choice) reaches the
+** client once the screen stands: the client frees it there and nothing is left behind. */
+TEST_P(Closing, DuringTheBuildOnceTheScreenStands) {
+    using Build = void (*)(Screen &, void *);
+    const std::pair<const char *, Build> rows[] = {
+        {"toggle", [](Screen &s, void *col) { s.add(col, selectionItem, 1, selectionData("off", 0)); }},
+        {"combo", [](Screen &s, void *col) { closingCombo(s, col, 1, 0); }},
+    };
+    for (const auto &[name, build] : rows) {
+        SCOPED_TRACE(name);
+        Screen s;
+        void *col = column(s);
+        s.add(col, PushButton, 4, pushButtonData("OK"));
+        s.addAction(4, 4, ACTION_CLOSE);
+        build(s, col);
+        s.addAction(1, 4, ACTION_CLOSE);
+        s.add(col, Label, 5, labelData("built after the CLOSE"));
+        closeCalls().clear();
+        screenToFree() = s.slot();
+        show(s, 77);
+        expectClosedOnce(s);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, Closing, ::testing::Values(Shown::AfterBuild, Shown::BeforeBuild),

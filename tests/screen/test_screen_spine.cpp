@@ -109,12 +109,16 @@ TEST_F(Spine, RecreatingAShownDefinitionReleasesTheOldGuiData) {
     XtDestroyWidget(outerWidget(s.item(1))); /* the client destroys the shown widgets */
     xt::pump();
     EXPECT_EQ(outerWidget(s.item(2)), nullptr) << "records forget destroyed widgets";
+    clearTraces();
     GuiCreatePlgScreen(form(), s.tree(), 2);
+    EXPECT_FALSE(hasTraceContaining("created again")) << "nothing of the first build stands";
     EXPECT_EQ(ObjGetRefCount(old), 1) << "the item dropped its reference on the old GUI data";
     EXPECT_NE(s.item(2)->guiData, old);
     EXPECT_EQ(s.item(2)->guiData->jobId, 2);
     EXPECT_EQ(XtParent(outerWidget(s.item(2))), s.item(1)->guiData->childParent);
     ObjReleaseInternal(&old);
+    GuiCreatePlgScreen(form(), s.tree(), 3); /* over the standing widgets of the second */
+    EXPECT_TRUE(hasTrace("Screen created again over 2 items whose widgets still stand"));
     GuiFreeScreenDefAndWidgets(s.slot());
 }
 
@@ -125,9 +129,13 @@ TEST_F(Spine, TeardownDestroysChildrenFirstAndEachItemsWidgetsLastFirst) {
     GuiCreatePlgScreen(form(), s.tree(), 1);
     order().clear();
     for (int id : {1, 2}) ListWalk(s.item(id)->guiData->widgetList, noteDestruction, nullptr);
+    oGuiData *boxData = s.item(1)->guiData;
+    ObjIncRefCount(boxData);
     clearTraces();
     GuiFreeScreenDefAndWidgets(s.slot());
     EXPECT_EQ(s.tree(), nullptr);
+    EXPECT_EQ(boxData->childParent, nullptr) << "no record keeps a destroyed form";
+    ObjReleaseInternal(&boxData);
     EXPECT_EQ(order(), (std::vector<std::string>{"label", "label", "form", "frame"}));
     EXPECT_TRUE(hasTrace("Destroy the widgets making up the screen"));
     EXPECT_EQ(countTrace("Destroy widget of type 0"), 4);

@@ -78,6 +78,20 @@ TEST_P(Lifecycle, TeardownEndsEachControlBeforeTheWidgetsAroundIt) {
     EXPECT_EQ(poolGrowth(), 0) << "the control handles went with the screen";
 }
 
+/* A control stretched between two positions of the screen's form, then another control:
+** the form must not follow the first one's attachments into its freed fields while the
+** second goes (valgrind sees the read: Motif is not instrumented). */
+TEST_P(Lifecycle, StretchedControlsGoWithoutTheFormLayingOutFreedFields) {
+    xt::Screen s;
+    s.add(nullptr, DateInput, 1, xt::dateInputData(items::dateTime(2030, 1, 31)));
+    s.attach(1, ATTACH_LEFT, ATTACH_POSITION, 0, 0, 17);
+    s.attach(1, ATTACH_RIGHT, ATTACH_POSITION, 36, 0, 6);
+    s.add(nullptr, NumInput, 2, xt::numInputData(2, 5, 1));
+    build(s);
+    destroy(s);
+    EXPECT_EQ(poolGrowth(), 0);
+}
+
 TEST_P(Lifecycle, WrongOrMissingItemDataBuildsNothing) {
     xt::Screen s;
     s.add(nullptr, NumInput, 1);
@@ -104,12 +118,15 @@ TEST_P(Lifecycle, WrongOrMissingItemDataBuildsNothing) {
 TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
     xt::Screen s;
     threeItems(s);
+    void *combo = s.add(s.node(2), ComboBox, 6, xt::comboBoxData(1, 0));
+    s.add(combo, ComboItem, 7, xt::comboItemData("one"));
     build(s);
     XtDestroyWidget(xt::outerWidget(s.item(1)));
     xt::pump();
-    for (int32_t id : {3, 4, 5}) {
+    for (int32_t id : {3, 4, 5, 6}) {
         const GuiWidgetRecord *rec = xt::lastRecord(s.item(id));
         ASSERT_NE(rec, nullptr);
+        EXPECT_EQ(rec->combo, nullptr) << id;
         EXPECT_EQ(rec->numInput, nullptr) << id;
         EXPECT_EQ(rec->dateInput, nullptr) << id;
         EXPECT_EQ(rec->timeInput, nullptr) << id;
