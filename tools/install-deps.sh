@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev
   nlohmann-json3-dev libsodium-dev libpng-dev
   clang libclang-rt-14-dev
+  gcovr valgrind
 )
 
 missing=()
