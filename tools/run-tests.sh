@@ -8,4 +8,5 @@ cd "$(dirname "$0")/.."
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
 cmake --build build -j"$(nproc)"
 [ $# -eq 0 ] && set -- -LE valgrind
+trap ./tools/count-lines.sh EXIT
 xvfb-run -a -s "-screen 0 1280x1024x24" ctest --test-dir build --output-on-failure "$@"
