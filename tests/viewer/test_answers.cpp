@@ -19,7 +19,8 @@ TEST_F(LoaderTest, AnswersKeepTheirExactFormat) {
       {"type": "Label", "id": 1, "data": {"text": "Name:"}},
       {"type": "EditBox", "id": 2, "data": {"rows": 1, "text": "first"}},
       {"type": "selectionItem", "id": 3, "data": {"label": "Verify"}}]})");
-    storeText(&data<EditBoxData>(2)->text, "Nightly \"full\"");
+    // Typed in a Latin-1 locale: the bytes that are not UTF-8 come out as U+FFFD.
+    storeText(&data<EditBoxData>(2)->text, "Nightly \"full\" \xe9t\xe9");
     data<SelectionItemData>(3)->set = 1;
     EXPECT_EQ(screenfile::answers(screen.tree(), 42, 9),
               "{\n"
@@ -28,7 +29,7 @@ TEST_F(LoaderTest, AnswersKeepTheirExactFormat) {
               "  \"values\": {\n"
               "    \"2\": {\n"
               "      \"type\": \"EditBox\",\n"
-              "      \"text\": \"Nightly \\\"full\\\"\"\n"
+              "      \"text\": \"Nightly \\\"full\\\" \xef\xbf\xbdt\xef\xbf\xbd\"\n"
               "    },\n"
               "    \"3\": {\n"
               "      \"type\": \"selectionItem\",\n"

@@ -378,9 +378,46 @@ TEST_F(LoaderTest, SemanticErrorsNameThePathAndTheReason) {
          "items[0].attach.left.position: does not apply to a centre attachment"},
         {R"({"items": [{"type": "Label", "id": 1, "attach": {"left": {"kind": "centre", "of": 1}}}]})",
          "items[0].attach.left.of: unknown field; an attachment has kind, position, item, offset"},
-        {R"({"items": [], "width": -5})", "width: must not be negative"},
+        {R"({"items": [], "width": -5})", "width: the integer -5 is out of range (0 to 32767)"},
+        {R"({"items": [], "comment": 5})", "comment: expected a string, got an integer"},
+        {R"({"items": [{"type": "Label", "id": 1, "comment": {}}]})",
+         "items[0].comment: expected a string, got an object"},
     };
     for (const Case &c : cases) EXPECT_EQ(refuse(c.text), c.error) << c.text;
+}
+
+std::string times(size_t n, const std::string &s) {
+    std::string text;
+    for (size_t i = 0; i < n; ++i) text += s;
+    return text;
+}
+
+TEST_F(LoaderTest, WhatIsBeyondTheLimitsIsRefusedWithItsPlace) {
+    const auto chain = [](size_t depth) {
+        return R"({"items": [)" + times(depth, R"({"type": "GroupBox", "id": 1, "children": [)") +
+               times(depth, "]}") + "]}";
+    };
+    std::string manyItems = R"({"items": [)";
+    for (size_t i = 0; i <= screenfile::kMaxItems; ++i)
+        manyItems += std::string(i ? "," : "") + R"({"type": "Label", "id": 1})";
+    struct Case { std::string text, error; };
+    const Case cases[] = {
+        {R"({"items": [], "x": 1e400})", "line 1, column 20: the number 1e400 is beyond the range of a double"},
+        {"{\"items\": [],\n \"x\": " + std::string(1000, '7') + "}",
+         "line 2, column 7: the number 777777777777777777777777... is beyond the range of a double"},
+        {std::string("{\"items\": []}\0garbage", 22), "line 1, column 14: a NUL byte; a screen file is text"},
+        {R"({"items": )" + times(200000, "[") + times(200000, "]") + "}",
+         "items" + times(159, "[0]") + ": nested deeper than 160 arrays and objects"},
+        {chain(12000), "items[0]" + times(79, ".children[0]") + ": nested deeper than 160 arrays and objects"},
+        {chain(screenfile::kMaxItemDepth + 1),
+         "items[0]" + times(screenfile::kMaxItemDepth, ".children[0]") + ": items nested deeper than 64 levels"},
+        {manyItems + "]}", "items[5000]: more than 5000 items in the screen"},
+        {R"({"items": [{"type": "Label", "id": 1, "data": {"text": ")" + std::string(4097, 'x') + "\"}}]}",
+         "items[0].data.text: a text of 4097 bytes; texts are at most 4096"},
+        {"{\"items\": [], \"" + std::string(4097, 'k') + "\": 1}", "top level: a text of 4097 bytes; texts are at most 4096"},
+    };
+    for (const Case &c : cases) EXPECT_EQ(refuse(c.text), c.error) << c.text.substr(0, 80);
+    load(chain(screenfile::kMaxItemDepth));
 }
 
 TEST_F(LoaderTest, FailureLateInABigTreeReleasesWhatWasBuilt) {

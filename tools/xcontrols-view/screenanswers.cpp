@@ -160,7 +160,9 @@ std::string answers(void *tree, int32_t jobId, std::optional<int32_t> closedBy) 
     ordered_json doc = {{"jobId", jobId},
                         {"closedBy", closedBy ? ordered_json(*closedBy) : ordered_json()},
                         {"values", collect.values}};
-    return doc.dump(2);
+    // Texts typed in a locale other than UTF-8 hold bytes that JSON cannot carry: they
+    // become U+FFFD rather than stopping the program.
+    return doc.dump(2, ' ', false, ordered_json::error_handler_t::replace);
 }
 
 } // namespace screenfile

@@ -173,26 +173,37 @@ public:
         expectObject(doc, "");
         onlyFields(doc, "", {"jobId", "title", "width", "height", "items", "comment"}, "a screen");
         if (const json *v = member(doc, "jobId")) out_.jobId = int32Of(*v, "jobId");
-        if (const json *v = member(doc, "title")) {
-            if (!v->is_string()) fail("title", "expected a string, got " + describe(*v));
-            out_.title = v->get<std::string>();
-        }
-        if (const json *v = member(doc, "width")) out_.width = int32Of(*v, "width");
-        if (const json *v = member(doc, "height")) out_.height = int32Of(*v, "height");
-        if (out_.width < 0) fail("width", "must not be negative");
-        if (out_.height < 0) fail("height", "must not be negative");
+        if (const json *v = member(doc, "title")) out_.title = stringOf(*v, "title");
+        if (const json *v = member(doc, "comment")) stringOf(*v, "comment");
+        if (const json *v = member(doc, "width")) out_.width = windowSideOf(*v, "width");
+        if (const json *v = member(doc, "height")) out_.height = windowSideOf(*v, "height");
         if (!TreeCreateFromPool(&out_.tree_, 0, MemGetDefaultPoolId())) fail("", "out of memory");
-        items(required(doc, "", "items"), "items", nullptr);
+        items(required(doc, "", "items"), "items", nullptr, 1);
         warnAboutReferences();
     }
 
 private:
-    void items(const json &list, const std::string &path, void *parentNode) {
-        expectArray(list, path);
-        for (size_t i = 0; i < list.size(); ++i) item(list[i], indexPath(path, i), parentNode);
+    static std::string stringOf(const json &v, const std::string &path) {
+        if (!v.is_string()) fail(path, "expected a string, got " + describe(v));
+        return v.get<std::string>();
     }
 
-    void item(const json &obj, const std::string &path, void *parentNode) {
+    static int32_t windowSideOf(const json &v, const std::string &path) {
+        return static_cast<int32_t>(integerIn(v, path, 0, kMaxWindowSide));
+    }
+
+    /* The items of one level; `depth` 1 is the top level. */
+    void items(const json &list, const std::string &path, void *parentNode, int depth) {
+        expectArray(list, path);
+        for (size_t i = 0; i < list.size(); ++i) item(list[i], indexPath(path, i), parentNode, depth);
+    }
+
+    void item(const json &obj, const std::string &path, void *parentNode, int depth) {
+        // The library lays out and frees a screen level by level, recursively.
+        if (depth > kMaxItemDepth)
+            fail(path, "items nested deeper than " + std::to_string(kMaxItemDepth) + " levels");
+        if (++itemCount_ > kMaxItems)
+            fail(path, "more than " + std::to_string(kMaxItems) + " items in the screen");
         expectObject(obj, path);
         onlyFields(obj, path,
                    {"type", "id", "hidden", "disabled", "data", "attach", "actions", "children",
@@ -205,6 +216,7 @@ private:
         rec->itemId = int32Of(required(obj, path, "id"), memberPath(path, "id"));
         noteId(rec->itemId, memberPath(path, "id"));
         if (const json *v = member(obj, "hidden")) rec->hidden = flagOf(*v, memberPath(path, "hidden"));
+        if (const json *v = member(obj, "comment")) stringOf(*v, memberPath(path, "comment"));
         if (const json *v = member(obj, "disabled"))
             rec->disabled = flagOf(*v, memberPath(path, "disabled"));
         itemData(member(obj, "data"), memberPath(path, "data"), type, rec);
@@ -215,7 +227,7 @@ private:
                                 : TreeAddRootItem(out_.tree_, rec, KX_TREE_COOKIE_OBJECT);
         if (!node) fail(path, "out of memory");
         const json *children = member(obj, "children");
-        if (children && !children->is_null()) items(*children, memberPath(path, "children"), node);
+        if (children && !children->is_null()) items(*children, memberPath(path, "children"), node, depth + 1);
     }
 
     /* A type name, or an integer taken as a raw code (a type the library may not know). */
@@ -377,6 +389,7 @@ private:
     }
 
     Loaded &out_;
+    size_t itemCount_ = 0;
     std::map<int32_t, std::string> ids_;
     std::vector<std::pair<int32_t, std::string>> references_;
 };

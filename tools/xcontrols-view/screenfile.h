@@ -51,18 +51,26 @@ private:
     std::deque<std::array<ScreenAttachment *, 4>> arrays_;
 };
 
+/* Limits of a screen file (the JSON nesting limit is in strictjson.h). */
+constexpr size_t kMaxFileBytes = 4 << 20;  /* the whole file */
+constexpr int kMaxItemDepth = 64;          /* items nested in items */
+constexpr size_t kMaxItems = 5000;         /* items in the whole screen */
+constexpr int32_t kMaxWindowSide = 32767;  /* width and height: X positions are 16-bit */
+
 /* Parses a screen file's text into `out` (whatever it held is released first). On
 ** failure returns false, leaves `out` empty with nothing allocated, and sets `error` to
 ** the place and the reason: "line L, column C: ..." for a syntax error, or a path into
 ** the document such as "items[2].children[0].data.columns: expected an integer, got a
-** string" for a well-formed file that does not describe a screen. */
+** string" for a well-formed file that does not describe a screen. Refuses, with the
+** place, what passes the limits above and those of parseStrictJson. */
 bool parse(const std::string &text, Loaded &out, std::string &error);
 
 /* The answer document for a screen: {"jobId": N, "closedBy": ID or null, "values":
 ** {"<id>": {...}, ...}} with one entry per item that holds a value (texts, selected
 ** entries, set flags, numbers, dates and times, password fields), keyed by item id in
 ** tree order; an id used twice answers for its first item. `closedBy` is the push button
-** whose press closed the screen, when one did. Pretty-printed, no final newline. */
+** whose press closed the screen, when one did. Pretty-printed, no final newline; bytes
+** of a text that are not UTF-8 are written as U+FFFD. Never throws. */
 std::string answers(void *tree, int32_t jobId, std::optional<int32_t> closedBy = std::nullopt);
 
 /* The name of an item type code ("GroupBox"), or null for a code that has none. */

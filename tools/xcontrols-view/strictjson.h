@@ -1,5 +1,6 @@
 /* strictjson.h - JSON parsing that rejects what a plain parse lets through silently
-** (a field given twice) and names the place of every error. */
+** (a field given twice, a NUL byte, nesting or texts beyond the limits) and names the
+** place of every error. */
 #ifndef XC_STRICTJSON_H
 #define XC_STRICTJSON_H
 
@@ -9,9 +10,14 @@
 
 namespace screenfile {
 
+constexpr size_t kMaxJsonDepth = 160;   /* arrays and objects nested in one another */
+constexpr size_t kMaxTextBytes = 4096;  /* one string or field name, in UTF-8 bytes */
+
 /* Parses `text` into `out`. On failure returns false and sets `error`: "line L, column C:
-** <reason>" for a syntax error, "<path>: duplicate field" for an object that names a
-** field twice (path as in "items[2].data.title"). */
+** <reason>" for a syntax error, a NUL byte or a number beyond a double's range, "<path>:
+** <reason>" for an object that names a field twice, a container nested deeper than
+** kMaxJsonDepth or a string longer than kMaxTextBytes (path as in "items[2].data.title").
+** Memory and time grow linearly with the text. */
 bool parseStrictJson(const std::string &text, nlohmann::json &out, std::string &error);
 
 /* Paths into a document: "items[2]" and "items[2].data"; a key that is not a plain
