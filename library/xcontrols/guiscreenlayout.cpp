@@ -4,6 +4,9 @@
 #include <X11/IntrinsicP.h>
 #include <X11/CompositeP.h>
 
+#include <algorithm>
+#include <cstdint>
+
 #include "guiscreenitem.h"
 
 namespace xc::screen {
@@ -12,6 +15,13 @@ namespace {
 constexpr int kSizeMargin = 5;
 constexpr int kColumnGap = 20;
 constexpr int kCentrePosition = 50;
+/* Motif takes int offsets but places widgets at 16-bit positions: an offset beyond them
+** cannot place anything and would overflow the form's own sums. */
+constexpr int64_t kMaxOffset = 32767;
+
+int clampedOffset(int64_t offset) {
+    return static_cast<int>(std::clamp(offset, -kMaxOffset, kMaxOffset));
+}
 
 struct SideResources {
     const char *attachment;
@@ -47,11 +57,12 @@ void addSide(Args &args, const ItemIndex &index, Widget outer, int side, const S
     }
     switch (a->kind) {
     case ATTACH_POSITION:
-        args.add(r.offset, a->offset).add(r.attachment, XmATTACH_POSITION).add(r.position, a->position);
+        args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_POSITION)
+            .add(r.position, a->position);
         break;
     case ATTACH_ITEM:
         if (Widget ref = referenceWidget(index, outer, a->itemId))
-            args.add(r.offset, a->offset).add(r.attachment, XmATTACH_WIDGET)
+            args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_WIDGET)
                 .add(r.widget, reinterpret_cast<XtArgVal>(ref));
         break;
     case ATTACH_CENTRE:
@@ -59,7 +70,7 @@ void addSide(Args &args, const ItemIndex &index, Widget outer, int side, const S
             Dimension size = 0;
             XtVaGetValues(outer, side == ATTACH_LEFT ? XtNwidth : XtNheight, &size, nullptr);
             args.add(r.attachment, XmATTACH_POSITION).add(r.position, kCentrePosition)
-                .add(r.offset, a->offset - size / 2);
+                .add(r.offset, clampedOffset(int64_t{a->offset} - size / 2));
         }
         break;
     default:
@@ -122,8 +133,11 @@ PoolVector<Widget> gridCells(void *node, const ItemIndex &index) {
 void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
     auto *data = dataOf<RowColManagerData>(item, GUI_TAG_ROWCOL, GUI_ROWCOL_SIGNATURE);
     if (data == nullptr) return;
-    const int columns = data->columns < 1 ? 1 : data->columns;
     PoolVector<Widget> cells = gridCells(node, index);
+    // More columns than cells would only add empty ones (and a huge count would size an
+    // allocation by itself).
+    const int64_t cellCount = std::max<int64_t>(1, static_cast<int64_t>(cells.size()));
+    const int columns = static_cast<int>(std::clamp<int64_t>(data->columns, 1, cellCount));
     const int rows = static_cast<int>((cells.size() + columns - 1) / columns);
     PoolVector<int32_t> rowHeights(rows, 0), columnWidths(columns, 0);
 
