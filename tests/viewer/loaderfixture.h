@@ -11,6 +11,19 @@
 #include "screenfile.h"
 #include "screens.h"
 
+/* `s` written `n` times: nesting and long texts for the limits. */
+inline std::string repeated(size_t n, const std::string &s) {
+    std::string text;
+    for (size_t i = 0; i < n; ++i) text += s;
+    return text;
+}
+
+/* A screen of `depth` group boxes, each inside the one before. */
+inline std::string groupChain(size_t depth) {
+    return R"({"items": [)" + repeated(depth, R"({"type": "GroupBox", "id": 1, "children": [)") +
+           repeated(depth, "]}") + "]}";
+}
+
 /* Every test must give back every pool block it took, failures included. */
 class LoaderTest : public ::testing::Test {
 protected:

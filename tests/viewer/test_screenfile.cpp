@@ -386,17 +386,7 @@ TEST_F(LoaderTest, SemanticErrorsNameThePathAndTheReason) {
     for (const Case &c : cases) EXPECT_EQ(refuse(c.text), c.error) << c.text;
 }
 
-std::string times(size_t n, const std::string &s) {
-    std::string text;
-    for (size_t i = 0; i < n; ++i) text += s;
-    return text;
-}
-
 TEST_F(LoaderTest, WhatIsBeyondTheLimitsIsRefusedWithItsPlace) {
-    const auto chain = [](size_t depth) {
-        return R"({"items": [)" + times(depth, R"({"type": "GroupBox", "id": 1, "children": [)") +
-               times(depth, "]}") + "]}";
-    };
     std::string manyItems = R"({"items": [)";
     for (size_t i = 0; i <= screenfile::kMaxItems; ++i)
         manyItems += std::string(i ? "," : "") + R"({"type": "Label", "id": 1})";
@@ -406,18 +396,18 @@ TEST_F(LoaderTest, WhatIsBeyondTheLimitsIsRefusedWithItsPlace) {
         {"{\"items\": [],\n \"x\": " + std::string(1000, '7') + "}",
          "line 2, column 7: the number 777777777777777777777777... is beyond the range of a double"},
         {std::string("{\"items\": []}\0garbage", 22), "line 1, column 14: a NUL byte; a screen file is text"},
-        {R"({"items": )" + times(200000, "[") + times(200000, "]") + "}",
-         "items" + times(159, "[0]") + ": nested deeper than 160 arrays and objects"},
-        {chain(12000), "items[0]" + times(79, ".children[0]") + ": nested deeper than 160 arrays and objects"},
-        {chain(screenfile::kMaxItemDepth + 1),
-         "items[0]" + times(screenfile::kMaxItemDepth, ".children[0]") + ": items nested deeper than 64 levels"},
+        {R"({"items": )" + repeated(200000, "[") + repeated(200000, "]") + "}",
+         "items" + repeated(159, "[0]") + ": nested deeper than 160 arrays and objects"},
+        {groupChain(12000), "items[0]" + repeated(79, ".children[0]") + ": nested deeper than 160 arrays and objects"},
+        {groupChain(screenfile::kMaxItemDepth + 1),
+         "items[0]" + repeated(screenfile::kMaxItemDepth, ".children[0]") + ": items nested deeper than 64 levels"},
         {manyItems + "]}", "items[5000]: more than 5000 items in the screen"},
         {R"({"items": [{"type": "Label", "id": 1, "data": {"text": ")" + std::string(4097, 'x') + "\"}}]}",
          "items[0].data.text: a text of 4097 bytes; texts are at most 4096"},
         {"{\"items\": [], \"" + std::string(4097, 'k') + "\": 1}", "top level: a text of 4097 bytes; texts are at most 4096"},
     };
     for (const Case &c : cases) EXPECT_EQ(refuse(c.text), c.error) << c.text.substr(0, 80);
-    load(chain(screenfile::kMaxItemDepth));
+    load(groupChain(screenfile::kMaxItemDepth));
 }
 
 TEST_F(LoaderTest, FailureLateInABigTreeReleasesWhatWasBuilt) {

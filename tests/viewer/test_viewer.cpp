@@ -1,6 +1,7 @@
 /* test_viewer.cpp - the viewer program run as a user runs it: bad files and arguments,
 ** rendering the example screens, answering through a CLOSE action, closing the window. */
 #include "loaderfixture.h"
+#include "strictjson.h"
 #include "xharness.h"
 
 #include <X11/Xatom.h>
@@ -15,6 +16,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <regex>
 #include <thread>
 
 #include <nlohmann/json.hpp>
@@ -241,6 +244,122 @@ TEST(ViewerProgram, SizeOptionSetsTheWindowSizeAndTraceGoesToStandardError) {
     ASSERT_EQ(fromOption.finish(), 0) << fromOption.err;
     EXPECT_EQ(pngSize(png), std::make_pair(420u, 260u));
     EXPECT_NE(fromOption.err.find("Create a Label"), std::string::npos) << fromOption.err;
+}
+
+/* A screen with a value of every kind that reaches X: sizes, offsets, grid columns. */
+const char *kHostileBase = R"({"jobId": 7, "width": 400, "height": 300, "items": [
+  {"type": "Label", "id": 1, "data": {"text": "Name"},
+   "attach": {"left": {"kind": "centre", "offset": 0}, "top": {"kind": "position", "position": 0, "offset": 4}}},
+  {"type": "EditBox", "id": 2, "data": {"rows": 3, "columns": 20, "maxLength": 40, "text": "x"},
+   "attach": {"top": {"kind": "item", "item": 1, "offset": 6}}},
+  {"type": "RowColManager", "id": 3, "data": {"columns": 2},
+   "attach": {"top": {"kind": "item", "item": 2, "offset": 6}}, "children": [
+    {"type": "NumInput", "id": 4, "data": {"value": 5, "minimum": 0, "maximum": 9, "columns": 4}},
+    {"type": "ExtendedListBox", "id": 5, "data": {"width": 10, "visible": 3}, "children": [
+      {"type": "ListItem", "id": 6, "data": {"text": "a", "selected": 1}}]},
+    {"type": "ComboBox", "id": 7, "data": {"selected": 1, "columns": 8}, "children": [
+      {"type": "ComboItem", "id": 8, "data": {"text": "b"}}]},
+    {"type": "GetPasswordBox", "id": 9, "data": {"columns": 8}},
+    {"type": "DateInput", "id": 10, "data": {"date": 86400}},
+    {"type": "TimeInput", "id": 11, "data": {"time": 3600}}]}]})";
+
+/* The base with the value at `pointer` written as `literal`, which may be no JSON value
+** of the library's range at all ("1e400"). */
+std::string withLiteral(const nlohmann::json &base, const nlohmann::json::json_pointer &pointer,
+                        const std::string &literal) {
+    nlohmann::json doc = base;
+    doc[pointer] = "\x01";
+    std::string text = doc.dump();
+    return text.replace(text.find("\"\\u0001\""), 8, literal);
+}
+
+/* One generated file and the status it must end with (-1: any documented one). */
+struct Hostile {
+    std::string name, content;
+    int status;
+};
+
+/* Every number of the base replaced by each hostile literal; the base cut short, given a
+** NUL byte, and a few bytes of it overwritten; files at and beyond every limit. */
+std::vector<Hostile> hostileFiles() {
+    const nlohmann::json base = nlohmann::json::parse(kHostileBase);
+    const std::string text = base.dump();
+    std::vector<Hostile> files;
+    const char *literals[] = {"-2147483648", "2147483647", "-1", "32768", "1e400",
+                              "1.5", "\"7\"", "[]", "null", "{}"};
+    const nlohmann::json leaves = base.flatten();
+    for (const auto &leaf : leaves.items()) {
+        if (!leaf.value().is_number()) continue;
+        for (const char *literal : literals)
+            files.push_back({leaf.key() + "=" + literal,
+                             withLiteral(base, nlohmann::json::json_pointer(leaf.key()), literal), -1});
+    }
+    for (size_t at = 0; at < text.size(); at += text.size() / 16) {
+        files.push_back({"cut at " + std::to_string(at), text.substr(0, at), 2});
+        files.push_back({"NUL at " + std::to_string(at), text.substr(0, at) + '\0' + text.substr(at), 2});
+        for (const char *bytes : {"\xff", "{", "\"", "\\", "]"})
+            files.push_back({std::string("byte ") + bytes + " at " + std::to_string(at),
+                           std::string(text).replace(at, 1, bytes), -1});
+    }
+    const auto label = [](const std::string &text, const std::string &attach) {
+        return R"({"items": [{"type": "Label", "id": 1, "data": {"text": ")" + text +
+               R"("}, "attach": )" + attach + "}]}";
+    };
+    std::string manyItems = R"({"items": [)";
+    for (size_t i = 0; i <= screenfile::kMaxItems; ++i) manyItems += R"({"type": "Label", "id": 1},)";
+    files.insert(files.end(), {
+        {"deep arrays", R"({"items": [], "comment": )" + repeated(200000, "[") + repeated(200000, "]") + "}", 2},
+        {"deep items", groupChain(12000), 2},
+        {"deepest items", groupChain(screenfile::kMaxItemDepth), 0},
+        {"too deep items", groupChain(screenfile::kMaxItemDepth + 1), 2},
+        {"too many items", manyItems + "{}]}", 2},
+        {"too large", std::string(screenfile::kMaxFileBytes + 1, ' '), 2},
+        {"huge label", label(std::string(256 << 10, 'W'), "null"), 2},
+        {"longest label", label(std::string(screenfile::kMaxTextBytes, 'W'), "null"), 0},
+        {"centred far left", label("a", R"({"left": {"kind": "centre", "offset": -2147483648}})"), 0},
+        {"centred far up", label("a", R"({"top": {"kind": "centre", "offset": 2147483647}})"), 0},
+        {"wide grid", R"({"items": [{"type": "RowColManager", "id": 1, "data": {"columns": 2147483647},
+           "children": [{"type": "Label", "id": 2}, {"type": "Label", "id": 3}]}]})", 0},
+        {"larger than the screen", R"({"width": 32767, "height": 32767, "items": []})", 0},
+        {"number of 1000 digits", R"({"items": [], "jobId": )" + std::string(1000, '9') + "}", 2},
+        {"comment not text", R"({"items": [], "comment": {"a": 1}})", 2},
+        {"not UTF-8", "{\"items\": [], \"title\": \"\xe9\"}", 2},
+    });
+    return files;
+}
+
+/* The place in a refusal: the file, "line L, column C", "top level" or a path into the
+** document. */
+const std::regex kRefusal(
+    R"(xcontrols-view: (cannot read [^:]+: [^\n]+\n|[^:]+: (line \d+, column \d+|top level|[A-Za-z_]\w*(\.\w+|\[("[^"]*"|\d+)\])*): [^\n]+\n(xcontrols-view: [^\n]*warning: [^\n]*\n)*))");
+
+TEST(ViewerProgram, BadAndHostileFilesEndWithADocumentedStatusAndNeverAnXError) {
+    Scratch scratch;
+    const std::vector<Hostile> files = hostileFiles();
+    ASSERT_GT(files.size(), 200u);
+    std::printf("%zu generated files\n", files.size());
+    const auto check = [&](const Hostile &file, Viewer &viewer) {
+        const int status = viewer.finish(20000);
+        const std::string row = file.name + ": exit " + std::to_string(status) + "\n" + viewer.err.substr(0, 300);
+        EXPECT_TRUE(status == 0 || status == 2 || status == 3) << "a signal or a hang; " << row;
+        if (file.status >= 0) EXPECT_EQ(status, file.status) << row;
+        EXPECT_EQ(viewer.err.find("X error"), std::string::npos) << row;
+        if (status == 2) EXPECT_TRUE(std::regex_match(viewer.err, kRefusal)) << row;
+    };
+    // A few viewers at a time: most files are refused before any window exists.
+    constexpr size_t kAtOnce = 4;
+    for (size_t first = 0; first < files.size(); first += kAtOnce) {
+        std::vector<std::unique_ptr<Viewer>> running;
+        for (size_t i = first; i < std::min(files.size(), first + kAtOnce); ++i) {
+            const std::string path = scratch.file("hostile" + std::to_string(i - first) + ".json", files[i].content);
+            running.push_back(std::make_unique<Viewer>(std::vector<std::string>{
+                "--png", scratch.path_of("hostile" + std::to_string(i - first) + ".png"), path}));
+        }
+        for (size_t i = 0; i < running.size(); ++i) check(files[first + i], *running[i]);
+    }
+    Viewer endless({"/dev/zero"});
+    EXPECT_EQ(endless.finish(), 2);
+    EXPECT_EQ(endless.err, "xcontrols-view: cannot read /dev/zero: larger than 4 MiB, the most a screen file may have\n");
 }
 
 /* Driving a shown viewer window with real input from this process. */

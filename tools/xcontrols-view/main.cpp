@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <sstream>
 #include <string>
 
 #include "kx.h"
@@ -31,7 +30,8 @@ const char *kUsage =
     "  --help       show this text\n"
     "\n"
     "Exit status: 0 answered or rendered, 1 closed without answer, 2 bad arguments or\n"
-    "bad screen file, 3 no display or the PNG could not be written.\n";
+    "bad screen file, 3 no display, an X error, the library could not build the screen\n"
+    "or the PNG could not be written.\n";
 
 struct Arguments {
     viewer::Options options;
@@ -104,13 +104,20 @@ bool readFile(const std::string &path, std::string &text, std::string &error) {
         }
     }
     std::istream &in = path == "-" ? std::cin : file;
-    std::ostringstream content;
-    content << in.rdbuf();
+    // One byte more than a screen file may have tells a file that is too large (or
+    // endless, such as a device) without reading all of it.
+    text.resize(screenfile::kMaxFileBytes + 1);
+    in.read(&text[0], static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<size_t>(in.gcount()));
     if (in.bad()) {
         error = "read error";
         return false;
     }
-    text = content.str();
+    if (text.size() > screenfile::kMaxFileBytes) {
+        error = "larger than " + std::to_string(screenfile::kMaxFileBytes >> 20) +
+                " MiB, the most a screen file may have";
+        return false;
+    }
     return true;
 }
 

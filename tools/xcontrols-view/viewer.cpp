@@ -6,8 +6,10 @@
 #include <Xm/Protocols.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <thread>
 
@@ -63,6 +65,26 @@ int watchButton(void *, void *node) {
 }
 
 void onWindowClosed(Widget, XtPointer, XtPointer) { gOutcome.ended = true; }
+
+/* Xlib's and Xt's own handlers would exit with status 1: an X error, a lost connection
+** or a toolkit error ends the viewer with a message and status 3 instead. */
+int onXError(Display *dpy, XErrorEvent *event) {
+    char text[256] = "";
+    XGetErrorText(dpy, event->error_code, text, sizeof text);
+    std::fprintf(stderr, "xcontrols-view: X error: %s (request %d.%d)\n", text,
+                 static_cast<int>(event->request_code), static_cast<int>(event->minor_code));
+    std::exit(kFailed);
+}
+
+int onXIOError(Display *) {
+    std::fprintf(stderr, "xcontrols-view: the connection to the X server was lost\n");
+    std::exit(kFailed);
+}
+
+void onXtError(String message) {
+    std::fprintf(stderr, "xcontrols-view: toolkit error: %s\n", message);
+    std::exit(kFailed);
+}
 
 const char *kFallbackResources[] = {
     "*fontList: -*-helvetica-medium-r-normal-*-12-*-*-*-*-*-iso8859-1",
@@ -122,8 +144,21 @@ Widget createShell(Display *dpy, const screenfile::Loaded &screen, const Options
     return shell;
 }
 
+/* A window must lie on the screen to be read back: a larger one is cut to the screen's
+** size (the picture then shows its top left part). */
+bool fitToScreen(XtAppContext app, Widget shell) {
+    const Dimension screenWidth = static_cast<Dimension>(WidthOfScreen(XtScreen(shell)));
+    const Dimension screenHeight = static_cast<Dimension>(HeightOfScreen(XtScreen(shell)));
+    Dimension width = 0, height = 0;
+    XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, nullptr);
+    if (width <= screenWidth && height <= screenHeight) return true;
+    XtVaSetValues(shell, XmNallowShellResize, False, XmNx, 0, XmNy, 0, XmNwidth,
+                  std::min(width, screenWidth), XmNheight, std::min(height, screenHeight), nullptr);
+    return settle(app, shell);
+}
+
 ExitCode renderToPng(XtAppContext app, Widget shell, const std::string &path) {
-    if (!settle(app, shell)) {
+    if (!settle(app, shell) || !fitToScreen(app, shell)) {
         std::fprintf(stderr, "xcontrols-view: the window did not appear\n");
         return kFailed;
     }
@@ -192,6 +227,9 @@ ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char
         return kFailed;
     }
 
+    XSetErrorHandler(onXError);
+    XSetIOErrorHandler(onXIOError);
+    XtAppSetErrorHandler(app, onXtError);
     Widget shell = createShell(dpy, screen, options);
     createSharedResources(shell);
     Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
@@ -203,14 +241,17 @@ ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char
     XtVaSetValues(shell, XtNmappedWhenManaged, False, nullptr);
     XtRealizeWidget(shell);
     void *tree = screen.take();
-    GuiCreatePlgScreen(form, tree, screen.jobId);
-    TreeWalk(tree, watchButton, nullptr, 0);
-    XtMapWidget(shell);
-    if (!options.layoutPath.empty() && !writeLayout(app, shell, tree, options.layoutPath))
-        std::fprintf(stderr, "xcontrols-view: cannot write %s\n", options.layoutPath.c_str());
-
-    ExitCode status = options.pngPath.empty() ? runUntilClosed(app, tree)
-                                            : renderToPng(app, shell, options.pngPath);
+    ExitCode status = kFailed;
+    if (GuiCreatePlgScreen(form, tree, screen.jobId)) {
+        TreeWalk(tree, watchButton, nullptr, 0);
+        XtMapWidget(shell);
+        if (!options.layoutPath.empty() && !writeLayout(app, shell, tree, options.layoutPath))
+            std::fprintf(stderr, "xcontrols-view: cannot write %s\n", options.layoutPath.c_str());
+        status = options.pngPath.empty() ? runUntilClosed(app, tree)
+                                         : renderToPng(app, shell, options.pngPath);
+    } else {
+        std::fprintf(stderr, "xcontrols-view: the library could not build the screen\n");
+    }
     std::fflush(stdout);
     GuiFreeScreenDefAndWidgets(&tree);
     XtDestroyWidget(shell);

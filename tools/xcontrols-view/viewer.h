@@ -14,7 +14,8 @@ enum ExitCode {
     kAnswered = 0,  /* a CLOSE action fired (answers printed), or the PNG was written */
     kDismissed = 1, /* the window was closed without a CLOSE action */
     kBadInput = 2,  /* bad arguments or a bad screen file */
-    kFailed = 3     /* no display, or the PNG could not be made */
+    kFailed = 3     /* no display, an X or toolkit error, the library could not build the
+                    ** screen, or the PNG could not be made */
 };
 
 struct Options {
