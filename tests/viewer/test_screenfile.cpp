@@ -474,27 +474,4 @@ TEST_F(LoaderTest, TheDocumentedExamplesAreWhatTheProgramReadsAndWrites) {
         EXPECT_EQ(value.value().begin().key(), "type") << value.key();
 }
 
-TEST_F(LoaderTest, DamagedFilesAreRefusedWithAReasonAndLeaveNothingBehind) {
-    std::ifstream in(XCV_SOURCE_DIR "/examples/screens/backup-options.json");
-    std::stringstream buffer;
-    buffer << in.rdbuf();
-    const std::string text = buffer.str();
-    ASSERT_GT(text.size(), 1000u);
-    const int64_t objectsBefore = ObjLiveCount();
-    int refused = 0;
-    for (size_t at = 0; at < text.size(); at += 7) {
-        // Cut off at every 7th byte, and with that byte left out.
-        for (const std::string &damaged : {text.substr(0, at), text.substr(0, at) + text.substr(at + 1)}) {
-            std::string error;
-            if (screenfile::parse(damaged, screen, error)) continue;
-            ++refused;
-            ASSERT_FALSE(error.empty()) << damaged;
-            ASSERT_EQ(screen.tree(), nullptr);
-        }
-    }
-    screen.reset();
-    EXPECT_GT(refused, static_cast<int>(text.size() / 7));
-    EXPECT_EQ(ObjLiveCount(), objectsBefore);
-}
-
 } // namespace

@@ -140,22 +140,6 @@ const char *kUsageStart = "usage: xcontrols-view [--png PATH] [--trace] [--size 
 
 TEST(ViewerProgram, BadScreenFilesExitTwoNamingThePlaceAndTheReason) {
     Scratch scratch;
-    struct Case { const char *content; const char *message; };
-    const Case cases[] = {
-        {"{\"items\": [\n  {\"type\": \"Label\" \"id\": 1}\n]}",
-         ": line 2, column 23: syntax error while parsing object - unexpected string literal; "
-         "expected '}'\n"},
-        {R"({"items": [{"type": "Lable", "id": 1}]})", ": items[0].type: unknown item type \"Lable\"\n"},
-        {R"({"items": [{"type": "Label", "id": 1, "attach": {"up": null}}]})",
-         ": items[0].attach.up: unknown attachment side; sides are left, right, top, bottom\n"},
-    };
-    for (const Case &c : cases) {
-        std::string path = scratch.file("bad.json", c.content);
-        Viewer viewer({path});
-        EXPECT_EQ(viewer.finish(), 2) << c.content;
-        EXPECT_EQ(viewer.err, "xcontrols-view: " + path + c.message);
-        EXPECT_EQ(viewer.out, "");
-    }
     Viewer missing({scratch.path_of("none.json")});
     EXPECT_EQ(missing.finish(), 2);
     EXPECT_EQ(missing.err, "xcontrols-view: cannot read " + scratch.path_of("none.json") +
@@ -164,6 +148,9 @@ TEST(ViewerProgram, BadScreenFilesExitTwoNamingThePlaceAndTheReason) {
     EXPECT_EQ(directory.finish(), 2);
     EXPECT_EQ(directory.err,
               "xcontrols-view: cannot read " + scratch.path_of("") + ": it is a directory\n");
+    Viewer endless({"/dev/zero"});
+    EXPECT_EQ(endless.finish(), 2);
+    EXPECT_EQ(endless.err, "xcontrols-view: cannot read /dev/zero: larger than 4 MiB, the most a screen file may have\n");
     Viewer piped({"-"}, {}, R"({"items": [{"type": "Label", "id": 1, "data": {"text": 1}}]})");
     EXPECT_EQ(piped.finish(), 2);
     EXPECT_EQ(piped.err,
@@ -357,9 +344,6 @@ TEST(ViewerProgram, BadAndHostileFilesEndWithADocumentedStatusAndNeverAnXError) 
         }
         for (size_t i = 0; i < running.size(); ++i) check(files[first + i], *running[i]);
     }
-    Viewer endless({"/dev/zero"});
-    EXPECT_EQ(endless.finish(), 2);
-    EXPECT_EQ(endless.err, "xcontrols-view: cannot read /dev/zero: larger than 4 MiB, the most a screen file may have\n");
 }
 
 /* Driving a shown viewer window with real input from this process. */
