@@ -303,7 +303,11 @@ XC_API void InitPluginScreens(GuiPlgCloseFn fnClose, void *pClientValue);
 
 /* Builds the screen `hScreenDef` into the form `parent` for job `jobId`: drops stale GUI
 ** data, builds every item, lays the items out, maps those not hidden and makes the
-** disabled ones insensitive. The parent may be realized or not; when it is realized
+** disabled ones insensitive. The layout pass visits the items bottom-up (children before
+** their parent), so that a row-column manager measures children whose own grids and
+** attachments are in place and no subtree is laid out twice; a grid child that carries
+** its own attachments keeps them over its cell, as if laid out after the grid, and
+** ATTACH_CENTRE measures a container at its laid-out size. The parent may be realized or not; when it is realized
 ** the new widgets are managed in one batch per parent. The caller keeps the tree.
 ** Returns 1.
 ** A tree whose widgets still stand (shown, and neither torn down with

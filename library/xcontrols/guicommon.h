@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <new>
+#include <unordered_map>
 #include <vector>
 #include <Xm/Xm.h>
 #include "kx.h"
@@ -99,6 +100,10 @@ struct PoolAllocator {
 
 template <typename T>
 using PoolVector = std::vector<T, PoolAllocator<T>>;
+
+template <typename K, typename V>
+using PoolHashMap = std::unordered_map<K, V, std::hash<K>, std::equal_to<K>,
+                                       PoolAllocator<std::pair<const K, V>>>;
 
 } // namespace xc
 

@@ -1,7 +1,10 @@
 /* guiscreenbatch.cpp - the build batch: widgets of a screen being built are queued and
 ** managed after the layout pass, one XtManageChildren per parent. */
+#include <X11/IntrinsicP.h>
+#include <X11/CompositeP.h>
+
 #include <algorithm>
-#include <utility>
+#include <functional>
 
 #include "guiscreenitem.h"
 
@@ -9,7 +12,7 @@ namespace xc::screen {
 namespace {
 
 /* The queue of the outermost batch open, or null outside a build. */
-PoolVector<Widget> *gPending = nullptr;
+BuildBatch *gOpen = nullptr;
 
 /* Manages one batch of children of one parent. A realized parent lays the batch out at
 ** once, at the sizes the children have then; a container that was never realized has
@@ -17,69 +20,66 @@ PoolVector<Widget> *gPending = nullptr;
 ** realizes it, after the parent has placed it). Realizing such containers first, while
 ** still unmanaged, gives them their size before the parent places them. */
 void manageBatch(PoolVector<Widget> &batch) {
+    if (batch.empty()) return;
     if (XtIsRealized(XtParent(batch.front())))
         for (Widget w : batch)
             if (XtIsComposite(w) && !XtIsRealized(w)) XtRealizeWidget(w);
     XtManageChildren(batch.data(), static_cast<Cardinal>(batch.size()));
-}
-
-/* Manages the queued widgets: one XtManageChildren per parent, parents in the reverse
-** order of their first appearance, so inner containers are complete before the
-** container that holds them is managed into a realized form. */
-void manageQueued(PoolVector<Widget> &queued) {
-    PoolVector<std::pair<size_t, Widget>> order; /* (rank of the parent, widget) */
-    PoolVector<Widget> parents;
-    order.reserve(queued.size());
-    for (Widget w : queued) {
-        auto it = std::find(parents.rbegin(), parents.rend(), XtParent(w));
-        size_t rank = it == parents.rend() ? parents.size() : parents.rend() - it - 1;
-        if (it == parents.rend()) parents.push_back(XtParent(w));
-        order.emplace_back(rank, w);
-    }
-    std::stable_sort(order.begin(), order.end(),
-                     [](const auto &a, const auto &b) { return a.first > b.first; });
-    PoolVector<Widget> batch;
-    for (size_t i = 0; i < order.size(); ++i) {
-        batch.push_back(order[i].second);
-        if (i + 1 == order.size() || order[i + 1].first != order[i].first) {
-            manageBatch(batch);
-            batch.clear();
-        }
-    }
+    batch.clear();
 }
 
 } // namespace
 
 BuildBatch::BuildBatch() {
-    if (gPending == nullptr) gPending = &queued_;
+    if (gOpen == nullptr) gOpen = this;
 }
 
 BuildBatch::~BuildBatch() {
-    if (gPending == &queued_) gPending = nullptr;
+    if (gOpen == this) gOpen = nullptr;
 }
 
+/* Parents in the reverse order of their first appearance: inner containers are complete
+** before the container that holds them is managed into a realized form. */
 void BuildBatch::finish() {
-    if (gPending != &queued_) return; /* an outer batch manages everything */
-    gPending = nullptr;
-    manageQueued(queued_);
+    if (gOpen != this) return; /* an outer batch manages everything */
+    gOpen = nullptr;
+    for (auto it = parents_.rbegin(); it != parents_.rend(); ++it) manageBatch(it->children);
+}
+
+void BuildBatch::queue(Widget w) {
+    Widget parent = XtParent(w);
+    auto [slot, added] = rankOf_.emplace(parent, parents_.size());
+    if (added) parents_.push_back({parent, {}});
+    parents_[slot->second].children.push_back(w);
+}
+
+/* Collects the ranks of the parents within `w` that have queued children, by a walk of
+** the widget tree below `w`: its cost is the size of that subtree, whatever the size of
+** the batch. */
+void BuildBatch::ranksWithin(Widget w, PoolVector<size_t> &ranks) const {
+    if (!XtIsComposite(w)) return;
+    auto found = rankOf_.find(w);
+    if (found != rankOf_.end() && !parents_[found->second].children.empty()) ranks.push_back(found->second);
+    auto *composite = reinterpret_cast<CompositeWidget>(w);
+    for (Cardinal i = 0; i < composite->composite.num_children; ++i)
+        ranksWithin(composite->composite.children[i], ranks);
+}
+
+void BuildBatch::manageWithin(Widget container) {
+    PoolVector<size_t> ranks;
+    ranksWithin(container, ranks);
+    std::sort(ranks.begin(), ranks.end(), std::greater<size_t>());
+    for (size_t rank : ranks) manageBatch(parents_[rank].children);
 }
 
 void queueManage(Widget w) {
     if (w == nullptr) return;
-    if (gPending) gPending->push_back(w);
+    if (gOpen) gOpen->queue(w);
     else XtManageChild(w);
 }
 
 void manageQueuedWithin(Widget container) {
-    if (gPending == nullptr) return;
-    PoolVector<Widget> inner;
-    auto keep = gPending->begin();
-    for (Widget w : *gPending) {
-        if (w != container && isWithin(w, container)) inner.push_back(w);
-        else *keep++ = w;
-    }
-    gPending->erase(keep, gPending->end());
-    if (!inner.empty()) manageQueued(inner);
+    if (gOpen) gOpen->manageWithin(container);
 }
 
 } // namespace xc::screen

@@ -109,7 +109,7 @@ void buildScreen(Widget parent, void *tree) {
     BuildBatch batch;
     TreeWalk(tree, createNode, parent, 0);
     ItemIndex index(tree);
-    TreeWalk(tree, layoutNode, &index, 0);
+    TreeWalkPostOrder(tree, layoutNode, &index);
     batch.finish();
 }
 

@@ -119,8 +119,17 @@ public:
     BuildBatch(const BuildBatch &) = delete;
     BuildBatch &operator=(const BuildBatch &) = delete;
     void finish();
+    void queue(Widget w);
+    /* Manages the queued widgets that lie inside `container`, innermost parents first. */
+    void manageWithin(Widget container);
 private:
-    PoolVector<Widget> queued_;
+    struct Parent {
+        Widget parent;
+        PoolVector<Widget> children; /* queued, not yet managed */
+    };
+    void ranksWithin(Widget w, PoolVector<size_t> &ranks) const;
+    PoolVector<Parent> parents_; /* in the order of their first queued child */
+    PoolHashMap<Widget, size_t> rankOf_;
 };
 
 /* Queues a widget of a plugin screen for the open build batch; manages it at once when
@@ -167,7 +176,9 @@ int updateItems(oScreenDef *screen, oUpdateScreen *update);
 void destroyScreenWidgets(void *tree);
 
 /* The layout step of one node (attachments, visibility, sensitivity, grid); the walk's
-** context is the ItemIndex of the screen's tree. */
+** context is the ItemIndex of the screen's tree. The layout pass walks the tree
+** bottom-up (children before their parent), so that a grid measures children that are
+** laid out already and no subtree is laid out twice. */
 int layoutNode(void *index, void *node);
 
 /* Applies `hidden` and `disabled` of an item to its outer widget. */

@@ -49,43 +49,6 @@ Widget referenceWidget(const ItemIndex &index, Widget self, int32_t refId) {
     return ref;
 }
 
-void addSide(Args &args, const ItemIndex &index, Widget outer, int side, const ScreenAttachment *a) {
-    const SideResources &r = kSides[side];
-    if (a == nullptr) {
-        args.add(r.offset, 0).add(r.attachment, XmATTACH_NONE);
-        return;
-    }
-    switch (a->kind) {
-    case ATTACH_POSITION:
-        args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_POSITION)
-            .add(r.position, a->position);
-        break;
-    case ATTACH_ITEM:
-        if (Widget ref = referenceWidget(index, outer, a->itemId))
-            args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_WIDGET)
-                .add(r.widget, reinterpret_cast<XtArgVal>(ref));
-        break;
-    case ATTACH_CENTRE:
-        if (side == ATTACH_LEFT || side == ATTACH_TOP) {
-            Dimension size = 0;
-            XtVaGetValues(outer, side == ATTACH_LEFT ? XtNwidth : XtNheight, &size, nullptr);
-            args.add(r.attachment, XmATTACH_POSITION).add(r.position, kCentrePosition)
-                .add(r.offset, clampedOffset(int64_t{a->offset} - size / 2));
-        }
-        break;
-    default:
-        break;
-    }
-}
-
-void applyAttachments(const ItemIndex &index, const ScreenItem *item, Widget outer) {
-    if (item->attachments == nullptr) return;
-    Args args;
-    for (int side = ATTACH_LEFT; side <= ATTACH_BOTTOM; ++side)
-        addSide(args, index, outer, side, item->attachments[side]);
-    XtSetValues(outer, args.list(), args.count());
-}
-
 /* Lays out an unrealized container the way Xt does just before it realizes one: every
 ** composite of the subtree, innermost first, places its managed children and so takes
 ** its own size. */
@@ -115,17 +78,58 @@ void measure(Widget w, Dimension *width, Dimension *height) {
     XtGetValues(w, size.list(), size.count());
 }
 
+void addSide(Args &args, const ItemIndex &index, Widget outer, int side, const ScreenAttachment *a) {
+    const SideResources &r = kSides[side];
+    if (a == nullptr) {
+        args.add(r.offset, 0).add(r.attachment, XmATTACH_NONE);
+        return;
+    }
+    switch (a->kind) {
+    case ATTACH_POSITION:
+        args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_POSITION)
+            .add(r.position, a->position);
+        break;
+    case ATTACH_ITEM:
+        if (Widget ref = referenceWidget(index, outer, a->itemId))
+            args.add(r.offset, clampedOffset(a->offset)).add(r.attachment, XmATTACH_WIDGET)
+                .add(r.widget, reinterpret_cast<XtArgVal>(ref));
+        break;
+    case ATTACH_CENTRE:
+        if (side == ATTACH_LEFT || side == ATTACH_TOP) {
+            Dimension width = 0, height = 0;
+            measure(outer, &width, &height);
+            const Dimension size = side == ATTACH_LEFT ? width : height;
+            args.add(r.attachment, XmATTACH_POSITION).add(r.position, kCentrePosition)
+                .add(r.offset, clampedOffset(int64_t{a->offset} - size / 2));
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void applyAttachments(const ItemIndex &index, const ScreenItem *item, Widget outer) {
+    if (item->attachments == nullptr) return;
+    Args args;
+    for (int side = ATTACH_LEFT; side <= ATTACH_BOTTOM; ++side)
+        addSide(args, index, outer, side, item->attachments[side]);
+    XtSetValues(outer, args.list(), args.count());
+}
+
+/* A grid child: the item and its outer widget. */
+struct Cell {
+    const ScreenItem *item;
+    Widget widget;
+};
+
 /* The grid children: the children of the manager that have an outer widget. A child
-** without one takes no cell. A child that holds items of its own is laid out first, so
-** that it is measured with its inner grids and attachments in place (the pre-order walk
-** lays it out again later, to the same result). */
-PoolVector<Widget> gridCells(void *node, const ItemIndex &index) {
-    PoolVector<Widget> cells;
+** without one takes no cell. The layout pass goes bottom-up, so a child that holds items
+** of its own has its inner grids and attachments in place when it is measured. */
+PoolVector<Cell> gridCells(void *node) {
+    PoolVector<Cell> cells;
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
-        Widget w = outerWidget(itemOf(child));
-        if (w == nullptr) continue;
-        if (TreeNodeChildCount(child) > 0) TreeWalkFromNode(child, layoutNode, const_cast<ItemIndex *>(&index), 0);
-        cells.push_back(w);
+        const ScreenItem *item = itemOf(child);
+        if (Widget w = outerWidget(item)) cells.push_back({item, w});
     }
     return cells;
 }
@@ -133,7 +137,7 @@ PoolVector<Widget> gridCells(void *node, const ItemIndex &index) {
 void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
     auto *data = dataOf<RowColManagerData>(item, GUI_TAG_ROWCOL, GUI_ROWCOL_SIGNATURE);
     if (data == nullptr) return;
-    PoolVector<Widget> cells = gridCells(node, index);
+    PoolVector<Cell> cells = gridCells(node);
     // More columns than cells would only add empty ones (and a huge count would size an
     // allocation by itself).
     const int64_t cellCount = std::max<int64_t>(1, static_cast<int64_t>(cells.size()));
@@ -144,7 +148,7 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
     for (size_t i = 0; i < cells.size(); ++i) {
         const int row = static_cast<int>(i) / columns, column = static_cast<int>(i) % columns;
         Dimension width = 0, height = 0;
-        measure(cells[i], &width, &height);
+        measure(cells[i].widget, &width, &height);
         width = static_cast<Dimension>(width + kSizeMargin);
         height = static_cast<Dimension>(height + kSizeMargin);
         trace(202, 0, "For row %ld col %ld item is %ld wide by %ld high", static_cast<long>(row),
@@ -160,9 +164,11 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
         place.add(XmNtopAttachment, XmATTACH_FORM).add(XmNbottomAttachment, XmATTACH_NONE)
             .add(XmNleftAttachment, XmATTACH_FORM).add(XmNrightAttachment, XmATTACH_NONE)
             .add(XmNleftOffset, x).add(XmNtopOffset, y);
-        XtSetValues(cells[i], place.list(), place.count());
+        XtSetValues(cells[i].widget, place.list(), place.count());
         trace(203, 0, "For row %ld col %ld place at %ld %ld", static_cast<long>(row),
               static_cast<long>(column), static_cast<long>(x), static_cast<long>(y));
+        /* A child's own attachments win over its cell, as if it were laid out after it. */
+        applyAttachments(index, cells[i].item, cells[i].widget);
         x += columnWidths[column] + kColumnGap;
         if (column + 1 == columns) {
             x = 0;
