@@ -1,6 +1,7 @@
-/* bmp_fuzz.cpp - libFuzzer target: any bytes through the BMP check, the palette count
-** and the image fill in every image format, where the direct fill must equal one
-** XPutPixel per pixel. Images are made with XInitImage: no display is needed. */
+/* bmp_fuzz.cpp - libFuzzer target, and over the corpus a test (test_bmp_fill): any bytes
+** through the BMP check, the palette count and the image fill in every ZPixmap format a
+** server may ask for, where the direct fill (in two bands, the second first, over garbage)
+** must equal one XPutPixel per pixel and show the rows bottom-up. No display needed. */
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
@@ -11,35 +12,38 @@
 
 #include "bmpdecode.h"
 #include "bmpfill.h"
-#include "imageformats.h"
-
-namespace {
 
 namespace bmp = xc::bmp;
 
-/* Pictures above this many pixels are checked but not drawn (speed of the search). */
-constexpr int64_t kMaxDrawnPixels = 1 << 16;
-
+namespace {
+constexpr int64_t kMaxDrawnPixels = 1 << 16; /* larger ones are checked, not drawn (speed) */
+/* Depth, bits per pixel, byte order; the last two go pixel by pixel. */
+constexpr int kFormats[][3] = {{8, 8, LSBFirst},   {15, 16, LSBFirst}, {16, 16, LSBFirst},
+                               {16, 16, MSBFirst}, {24, 24, LSBFirst}, {24, 24, MSBFirst},
+                               {24, 32, LSBFirst}, {24, 32, MSBFirst}, {32, 32, LSBFirst},
+                               {32, 32, MSBFirst}, {4, 4, MSBFirst},   {1, 1, MSBFirst}};
 void check(bool ok) {
     if (!ok) std::abort();
 }
-
-std::vector<char> draw(const bmpt::Format &f, const bmp::Picture &pic,
-                       const unsigned long *pixels, bool direct, uint8_t garbage) {
-    bmpt::TestImage out(f, pic.width, pic.height, char(garbage));
-    check(out.valid);
-    if (direct) {
-        bmp::ImageFiller filler(&out.image, pic, pixels);
-        /* In two bands, the second first. */
-        const int32_t half = pic.height / 2;
-        filler.fill(half, pic.height - half);
-        filler.fill(0, half);
-    } else {
-        bmp::fillImagePerPixel(&out.image, pic, pixels);
+/* A ZPixmap image of the format over memory filled with `fill`. */
+struct Image {
+    std::vector<char> data;
+    XImage image = {};
+    Image(const int format[3], const bmp::Picture &pic, char fill) {
+        image.width = pic.width;
+        image.height = pic.height;
+        image.format = ZPixmap;
+        image.byte_order = format[2];
+        image.bitmap_unit = image.bitmap_pad = 32;
+        image.bitmap_bit_order = MSBFirst;
+        image.depth = format[0];
+        image.bits_per_pixel = format[1];
+        image.bytes_per_line = (pic.width * format[1] + 31) / 32 * 4;
+        data.assign(size_t(image.bytes_per_line) * size_t(pic.height), fill);
+        image.data = data.data();
+        check(XInitImage(&image) != 0);
     }
-    return out.data;
-}
-
+};
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
@@ -51,7 +55,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     }
     check(pic.width > 0 && pic.height > 0 && pic.stride % 4 == 0);
     check(bmp::kPixelOffset + uint64_t(pic.stride) * uint64_t(pic.height) <= size);
-
     bmp::PaletteUse use;
     bmp::countUse(pic, &use);
     uint64_t counted = 0;
@@ -62,15 +65,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         bmp::colourSpec(pic, index, spec);
         check(std::strlen(spec) == 7 && spec[0] == '#');
     }
-
     if (int64_t(pic.width) * pic.height > kMaxDrawnPixels) return 0;
-    unsigned long pixels[256];
-    for (int index = 0; index < 256; ++index) pixels[index] = uint32_t(index * 0x9E3779B1u);
-    const uint8_t garbage = data[size - 1];
-    for (const bmpt::Format &f : bmpt::kFormats) {
-        unsigned long masked[256];
-        for (int index = 0; index < 256; ++index) masked[index] = pixels[index] & bmpt::pixelMask(f);
-        check(draw(f, pic, masked, true, garbage) == draw(f, pic, masked, false, uint8_t(~garbage)));
+    const char garbage = char(data[size - 1]);
+    for (const int *format : kFormats) {
+        const unsigned long mask = format[0] >= 32 ? 0xffffffffUL : (1UL << format[0]) - 1;
+        unsigned long pixels[256];
+        for (int i = 0; i < 256; ++i) pixels[i] = uint32_t(i * 0x9E3779B1u) & mask;
+        Image direct(format, pic, garbage), perPixel(format, pic, char(~garbage));
+        bmp::ImageFiller filler(&direct.image, pic, pixels);
+        filler.fill(pic.height / 2, pic.height - pic.height / 2);
+        filler.fill(0, pic.height / 2);
+        bmp::fillImagePerPixel(&perPixel.image, pic, pixels);
+        check(direct.data == perPixel.data);
+        for (int32_t y = 0; y < pic.height; ++y) {
+            const uint8_t *row = pic.rows + size_t(pic.height - 1 - y) * pic.stride;
+            for (int32_t x = 0; x < pic.width; ++x)
+                check(XGetPixel(&direct.image, x, y) == pixels[row[x]]);
+        }
     }
     return 0;
 }
