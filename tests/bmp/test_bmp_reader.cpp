@@ -24,9 +24,10 @@
 #include "xcontrols/guimakegcsandfonts.h"
 
 namespace {
-/* The colours the library asks the server for, in order; optionally every allocation fails. */
+/* The colours the library asked the server for in the last read; optionally every
+** allocation fails. */
 struct AllocSpy {
-    bool recording = false, failing = false;
+    bool failing = false;
     std::vector<bmpw::Rgb> asked;
 } gSpy;
 template <typename Fn> Fn nextDefinition(Fn, const char *name) {
@@ -40,7 +41,7 @@ template <typename Fn> Fn nextDefinition(Fn, const char *name) {
 extern "C" __attribute__((visibility("default"))) xcb_alloc_color_cookie_t
 xcb_alloc_color(xcb_connection_t *c, xcb_colormap_t cmap, uint16_t r, uint16_t g, uint16_t b) {
     static const auto next = nextDefinition(&xcb_alloc_color, "xcb_alloc_color");
-    if (gSpy.recording) gSpy.asked.push_back({uint8_t(r >> 8), uint8_t(g >> 8), uint8_t(b >> 8)});
+    gSpy.asked.push_back({uint8_t(r >> 8), uint8_t(g >> 8), uint8_t(b >> 8)});
     return next(c, cmap, r, g, b);
 }
 extern "C" __attribute__((visibility("default"))) xcb_alloc_color_reply_t *
@@ -66,7 +67,7 @@ struct TempDir {
     std::string file(const std::string &name) const { return path + "/" + name; }
 };
 
-inline unsigned long black() { return BlackPixel(xt::display(), DefaultScreen(xt::display())); }
+unsigned long black() { return BlackPixel(xt::display(), DefaultScreen(xt::display())); }
 
 /* A drawable as the server has it: size, depth and pixel values, row by row. */
 struct Grab {
@@ -74,7 +75,7 @@ struct Grab {
     std::vector<unsigned long> pixels;
     unsigned long at(unsigned x, unsigned y) const { return pixels.at(y * width + x); }
 };
-inline Grab grab(Drawable d) {
+Grab grab(Drawable d) {
     Grab g;
     Window root;
     int x, y;
@@ -89,7 +90,7 @@ inline Grab grab(Drawable d) {
 
 /* The pixel of a colour in the default colormap (after the reader took it, the same
 ** shared read-only cell). */
-inline unsigned long pixelOf(bmpw::Rgb rgb) {
+unsigned long pixelOf(bmpw::Rgb rgb) {
     Display *dpy = xt::display();
     const Colormap cmap = DefaultColormap(dpy, DefaultScreen(dpy));
     XColor c = {0, uint16_t(rgb.red << 8), uint16_t(rgb.green << 8), uint16_t(rgb.blue << 8),
@@ -105,7 +106,21 @@ struct Load {
     Pixmap pixmap;
 };
 
-class BmpTest : public xt::XTest {
+/* A picture of w x h whose pixels cycle through indices 1 .. colours of distinct colours. */
+bmpw::Indexed pattern(int32_t w, int32_t h, int colours = 6) {
+    bmpw::Indexed pic(w, h);
+    for (int i = 0; i < 256; ++i)
+        pic.palette[size_t(i)] = {uint8_t(i * 37 + 11), uint8_t(255 - i), uint8_t(i * 101 + 3)};
+    for (int32_t y = 0; y < h; ++y)
+        for (int32_t x = 0; x < w; ++x) pic.at(x, y) = uint8_t(1 + (x * 3 + y * 5) % colours);
+    return pic;
+}
+bool visualIs(int visualClass) {
+    return DefaultVisual(xt::display(), DefaultScreen(xt::display()))->c_class == visualClass;
+}
+
+/* The reader has the test display; the pixmaps a test read are freed at its end. */
+class BmpReader : public xt::XTest {
 protected:
     static constexpr Pixmap kUntouched = 0x5eed;
     void SetUp() override {
@@ -114,10 +129,12 @@ protected:
     }
     void TearDown() override {
         for (Pixmap p : made_) XFreePixmap(xt::display(), p);
+        gSpy = AllocSpy();
         xt::XTest::TearDown();
     }
     Load loadPath(const std::string &path) {
         Load load = {0, 0, kUntouched};
+        gSpy.asked.clear();
         load.result = GuiReadBmpFile(&load.pixmap, path.c_str());
         load.error = ReadBmpErrno;
         if (load.result == 1 && load.pixmap != kUntouched) made_.push_back(load.pixmap);
@@ -140,38 +157,6 @@ protected:
                 << "pixel " << i % got.width << "," << i / got.width << " index " << int(index);
         }
     }
-    const TempDir dir;
-
-private:
-    std::vector<Pixmap> made_;
-};
-
-/* A picture of w x h whose pixels cycle through indices 1 .. colours of distinct colours. */
-bmpw::Indexed pattern(int32_t w, int32_t h, int colours = 6) {
-    bmpw::Indexed pic(w, h);
-    for (int i = 0; i < 256; ++i)
-        pic.palette[size_t(i)] = {uint8_t(i * 37 + 11), uint8_t(255 - i), uint8_t(i * 101 + 3)};
-    for (int32_t y = 0; y < h; ++y)
-        for (int32_t x = 0; x < w; ++x) pic.at(x, y) = uint8_t(1 + (x * 3 + y * 5) % colours);
-    return pic;
-}
-bool visualIs(int visualClass) {
-    return DefaultVisual(xt::display(), DefaultScreen(xt::display()))->c_class == visualClass;
-}
-
-class BmpReader : public BmpTest {
-protected:
-    void TearDown() override {
-        gSpy = AllocSpy();
-        BmpTest::TearDown();
-    }
-    Load loadWatched(const std::vector<uint8_t> &bytes) {
-        gSpy.asked.clear();
-        gSpy.recording = true;
-        const Load result = load(bytes);
-        gSpy.recording = false;
-        return result;
-    }
     void expectRefused(const Load &got, int32_t code) {
         EXPECT_EQ(got.result, 0);
         EXPECT_EQ(got.error, code) << std::hex << got.error;
@@ -191,7 +176,18 @@ protected:
         EXPECT_EQ(grab(got.pixmap).width, unsigned(bytes[18] | bytes[19] << 8));
         EXPECT_EQ(grab(got.pixmap).height, unsigned(bytes[22] | bytes[23] << 8));
     }
+    const TempDir dir;
+
+private:
+    std::vector<Pixmap> made_;
 };
+
+/* A good file whose rows end in padding. */
+bmpw::Indexed goodPicture() {
+    bmpw::Indexed pic = pattern(7, 5, 35);
+    pic.padding = 250;
+    return pic;
+}
 
 TEST_F(BmpReader, HeadersAreCheckedFieldByFieldInOrder) {
     const bmpw::Indexed pic = pattern(4, 4);
@@ -223,7 +219,7 @@ TEST_F(BmpReader, HeadersAreCheckedFieldByFieldInOrder) {
         std::vector<uint8_t> bytes = bmpw::encode(pic);
         for (const Patch &p : rows[row].patches)
             for (size_t i = 0; i < p.bytes; ++i) bytes[p.offset + i] = uint8_t(p.value >> 8 * i);
-        const Load got = loadWatched(bytes);
+        const Load got = load(bytes);
         if (rows[row].code != 0) {
             expectRefused(got, rows[row].code);
             continue;
@@ -258,7 +254,7 @@ TEST_F(BmpReader, UsedColoursAreAskedForInIndexOrderAndDrawnAtTheScreenDepth) {
     pic.at(12, 0) = 0;
     pic.palette[200] = {255, 0, 0};
     pic.padding = 200; /* neither counted nor drawn */
-    const Load got = loadWatched(bmpw::encode(pic));
+    const Load got = load(bmpw::encode(pic));
     ASSERT_EQ(got.result, 1);
     EXPECT_EQ(got.error, 0);
     EXPECT_EQ(grab(got.pixmap).depth, unsigned(DefaultDepth(xt::display(), 0)));
@@ -282,7 +278,7 @@ TEST_F(BmpReader, TrueColourPixelsAreTheServersAndTheTablesAreLearnedOnce) {
         pic.pixels[size_t(i)] = uint8_t(i);
     }
     for (size_t requests : {256u, 0u}) {
-        const Load got = loadWatched(bmpw::encode(pic));
+        const Load got = load(bmpw::encode(pic));
         ASSERT_EQ(got.result, 1);
         EXPECT_EQ(gSpy.asked.size(), requests);
         expectPicture(got.pixmap, pic);
@@ -324,8 +320,7 @@ TEST_F(BmpReader, InitWithoutAWidgetKeepsTheDisplay) {
 }
 
 TEST_F(BmpReader, EveryTruncationOfAGoodFileIsRefusedAsUnreadable) {
-    bmpw::Indexed pic = pattern(7, 5, 35);
-    pic.padding = 250;
+    const bmpw::Indexed pic = goodPicture();
     const std::vector<uint8_t> whole = bmpw::encode(pic);
     for (size_t length = 0; length < whole.size(); ++length) {
         SCOPED_TRACE("length " + std::to_string(length));
@@ -339,8 +334,7 @@ TEST_F(BmpReader, EveryTruncationOfAGoodFileIsRefusedAsUnreadable) {
 }
 
 TEST_F(BmpReader, SeededMutationsNeverBreakTheReader) {
-    bmpw::Indexed pic = pattern(7, 5, 35);
-    pic.padding = 250;
+    const bmpw::Indexed pic = goodPicture();
     const std::vector<uint8_t> whole = bmpw::encode(pic);
     std::mt19937 random(20241122);
     int loaded = 0;
@@ -387,17 +381,17 @@ constexpr const char *kFontPattern = "*helv*med*r*normal*12*";
 GC *const kMadeGcs[] = {&gcTop, &gcBot, &gcBlack, &gcWhite, &gcTreeDisabled, &gcProgress};
 Pixmap *const kPictures[] = {&upPixmap, &downPixmap, &comboPixmap};
 
-class GcsAndFonts : public BmpTest {
+class GcsAndFonts : public BmpReader {
 protected:
     void SetUp() override {
-        BmpTest::SetUp();
+        BmpReader::SetUp();
         label_ = XtVaCreateManagedWidget("label", xmLabelWidgetClass, form(), XtVaTypedArg,
                                          XmNbackground, XmRString, "#5f8fbf", 8, nullptr);
         GuiInitLoadBmps(label_);
     }
     void TearDown() override {
         freeMade();
-        BmpTest::TearDown();
+        BmpReader::TearDown();
     }
     void freeMade() {
         for (GC *gc : kMadeGcs)
