@@ -34,7 +34,12 @@ typedef struct KxTimeOfDayStruct {
     int32_t iSeconds;
 } KxTimeOfDayStruct;
 
-/* The current time in seconds since 1970-01-01 00:00 UTC. */
+/* Time values are 32-bit: 1901-12-13 20:45:52 to 2038-01-19 03:14:07 UTC. A conversion
+** whose result falls outside that range refuses it (result 0, 0 stored) rather than
+** clamping, so that a date or time typed out of range is never taken as another one. */
+
+/* The current time in seconds since 1970-01-01 00:00 UTC; INT32_MAX once the clock is
+** past the range (a wrapped value would lie in 1901). */
 KX_API int32_t TimeNow(void);
 
 /* 1 for a Gregorian leap year. */
@@ -48,11 +53,13 @@ KX_API int TimeToBreakdownStruct(KxTimeStruct *out, int32_t t);
 KX_API int TimeToUTCBreakdownStruct(KxTimeStruct *out, int32_t t);
 
 /* Local midnight at the start of the date. Days beyond the month's length roll over
-** into the next month; a month out of 1-12 or a null argument gives 0 (result 0). */
+** into the next month; a month out of 1-12, a null argument or a time outside the range
+** gives 0 (result 0). */
 KX_API int TimeFromDate(int32_t *out, const KxDateStruct *date);
 
 /* Seconds since a UTC midnight: hours * 3600 + minutes * 60 + seconds, so that
-** TimeToUTCBreakdownStruct gives the hours and minutes back. 1/0. */
+** TimeToUTCBreakdownStruct gives the hours and minutes back. Any field value is taken
+** (a negative one counts back); a sum outside the range gives 0 (result 0). 1/0. */
 KX_API int TimeFromTimeOfDay(int32_t *out, const KxTimeOfDayStruct *tod);
 
 KX_END_DECLS

@@ -181,10 +181,11 @@ TEST_F(TimeTest, FromDateRollsDaysOverAndRefusesBadMonths) {
     EXPECT_EQ(back.iMonth, 3);
     EXPECT_EQ(back.iDay, 2);
 
-    for (int32_t month : {0, 13, -1}) {
-        KxDateStruct bad{2023, month, 1, 0};
+    for (KxDateStruct bad : {KxDateStruct{2023, 0, 1, 0}, KxDateStruct{2023, 13, 1, 0},
+                             KxDateStruct{2023, -1, 1, 0}, KxDateStruct{INT32_MIN, 1, 1, 0},
+                             KxDateStruct{INT32_MAX, 12, INT32_MAX, 0}}) {
         t = 123;
-        EXPECT_FALSE(TimeFromDate(&t, &bad));
+        EXPECT_FALSE(TimeFromDate(&t, &bad)) << bad.iYear << "-" << bad.iMonth;
         EXPECT_EQ(t, 0);
     }
     t = 123;
@@ -204,6 +205,21 @@ TEST_F(TimeTest, TimeOfDayIsSecondsAfterAUtcMidnight) {
     EXPECT_EQ(back.iMinutes, 45);
     EXPECT_FALSE(TimeFromTimeOfDay(&t, nullptr));
     EXPECT_FALSE(TimeFromTimeOfDay(nullptr, &tod));
+
+    /* Whatever is typed into an hour field: a sum past 32 bits is refused (0 stored). */
+    const struct { KxTimeOfDayStruct tod; int ok; int32_t seconds; } rows[] = {
+        {{596523, 14, 7}, 1, INT32_MAX},
+        {{-596523, -14, -8}, 1, INT32_MIN},
+        {{999999, 0, 0}, 0, 0},
+        {{596523, 14, 8}, 0, 0},
+        {{0, INT32_MAX, INT32_MAX}, 0, 0},
+        {{INT32_MIN, INT32_MIN, INT32_MIN}, 0, 0},
+    };
+    for (const auto &row : rows) {
+        t = 123;
+        EXPECT_EQ(TimeFromTimeOfDay(&t, &row.tod), row.ok) << row.tod.iHours << "h";
+        EXPECT_EQ(t, row.seconds) << row.tod.iHours << "h";
+    }
 }
 
 /* ---- configuration ---- */

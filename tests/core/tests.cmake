@@ -68,7 +68,8 @@ if(NOT XC_SANITIZE)
     add_executable(${name}_sanitized ${src})
     target_link_libraries(${name}_sanitized PRIVATE kx_sanitized GTest::gtest GTest::gtest_main)
     add_test(NAME ${name}_sanitized COMMAND ${name}_sanitized)
+    # An undefined-behaviour report stops the program (non-zero exit) with its stack.
     set_tests_properties(${name}_sanitized PROPERTIES TIMEOUT 600
-      ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off")
+      ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off;UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1")
   endforeach()
 endif()
