@@ -17,7 +17,8 @@ KX_API uint32_t MemPoolCreate(const char *name);
 
 /* A new block of `size` bytes from pool `poolId`, or null when memory is exhausted
 ** or the pool id is unknown. A size of 0 gives a valid 1-byte block. The block's
-** content is undefined. */
+** content is undefined. A size that with the runtime's header would exceed PTRDIFF_MAX
+** (no allocation can be that large) gives null and a trace line. */
 KX_API void *MemAllocateFromPool(size_t size, uint32_t poolId);
 
 /* Frees the block whose address is stored at `ppBlock` (a `T **` passed as void *)

@@ -1,6 +1,7 @@
 /* mem.cpp - memory pools: a registry of live blocks gives accounting and safe frees. */
 #include "kxmem.h"
 #include "kxprivate.h"
+#include "kxtrace.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -41,6 +42,13 @@ Pool *findPool(uint32_t poolId) {
     return &pools[poolId - 1];
 }
 
+/* Whether `size` bytes and the runtime's headers fit in one allocation. malloc gives no
+** object larger than PTRDIFF_MAX, and checking against it also keeps the sum from
+** wrapping round to a small number. */
+bool fitsOneAllocation(size_t headerSize, size_t size) {
+    return size <= size_t{PTRDIFF_MAX} - headerSize - sizeof(kx::BlockHeader);
+}
+
 } // namespace
 
 namespace kx {
@@ -50,6 +58,11 @@ namespace kx {
 void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind kind) {
     Pool *pool = findPool(poolId);
     if (pool == nullptr) return nullptr;
+    if (!fitsOneAllocation(headerSize, size)) {
+        TraceMessage("KXMEM      ", 1, 0, 0, "Refused a block of %zu bytes in pool %u", size,
+                     poolId);
+        return nullptr;
+    }
     void *base = std::malloc(headerSize + sizeof(BlockHeader) + (size ? size : 1));
     if (base == nullptr) return nullptr;
     auto *block = reinterpret_cast<BlockHeader *>(static_cast<char *>(base) + headerSize);

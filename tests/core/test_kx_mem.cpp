@@ -71,6 +71,22 @@ TEST_F(MemTest, UnknownPoolsGiveNothing) {
     EXPECT_EQ(MemPoolLiveBytes(0), -1);
 }
 
+/* A size whose sum with the runtime's header would wrap round (or pass what one
+** allocation can hold) gives null and a trace line, never a tiny block overrun. */
+TEST_F(MemTest, SizesTooLargeForTheHeaderAreRefusedAndTraced) {
+    int traced = 0;
+    TraceSetCaptureHook([](void *n, const char *, int32_t, int32_t, int32_t, const char *) {
+        ++*static_cast<int *>(n);
+    }, &traced);
+    for (size_t size : {SIZE_MAX, SIZE_MAX - 15, SIZE_MAX - 8, size_t{PTRDIFF_MAX}}) {
+        void *p = MemAllocateFromPool(size, pool());
+        EXPECT_EQ(p, nullptr) << "SIZE_MAX - " << SIZE_MAX - size;
+        MemFreeInternal(&p);
+    }
+    TraceSetCaptureHook(nullptr, nullptr);
+    EXPECT_EQ(traced, 4);
+}
+
 TEST_F(MemTest, ForeignPointersAreClearedCountedAndLeftAlone) {
     const int64_t foreign = MemForeignFreeCount();
 
