@@ -126,6 +126,20 @@ void *timeInputData(int32_t time) {
     return d;
 }
 
+int32_t dateTime(int32_t year, int32_t month, int32_t day) {
+    KxDateStruct date{year, month, day, 0};
+    int32_t t = 0;
+    TimeFromDate(&t, &date);
+    return t;
+}
+
+int32_t timeOfDay(int32_t hours, int32_t minutes) {
+    KxTimeOfDayStruct tod{hours, minutes, 0};
+    int32_t t = 0;
+    TimeFromTimeOfDay(&t, &tod);
+    return t;
+}
+
 Screen::Screen() { TreeCreateFromPool(&tree_, 0, MemGetDefaultPoolId()); }
 
 Screen::~Screen() { ObjReleaseInternal(&tree_); }

@@ -39,6 +39,10 @@ void *comboItemData(const char *text);
 void *numInputData(int32_t value, int32_t maximum, int32_t minimum, int32_t columns = 0);
 void *dateInputData(int32_t date); /* seconds; 0: today */
 void *timeInputData(int32_t time); /* seconds; 0: now */
+/* The values of date and time items: the seconds of a local date, and of a time of day
+** after a UTC midnight. */
+int32_t dateTime(int32_t year, int32_t month, int32_t day);
+int32_t timeOfDay(int32_t hours, int32_t minutes);
 
 /* A screen definition tree that a test builds and that is released when the object
 ** goes, unless the test released it (GuiFreeScreenDefAndWidgets(tree slot)). */
