@@ -15,12 +15,6 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/* The item record of a node, or null. */
-const ScreenItem *itemOf(void *node) {
-    void *cookie = node ? TreeNodeCookie(node) : nullptr;
-    return ObjIsA(cookie, GUI_TAG_SCREEN_ITEM) ? static_cast<const ScreenItem *>(cookie) : nullptr;
-}
-
 /* The item's data record when it is the one its type defines (tag and layout), else null. */
 const char *dataOf(const ScreenItem *item, const TypeDef *&type) {
     type = item ? typeByCode(item->itemType) : nullptr;

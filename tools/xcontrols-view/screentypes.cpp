@@ -4,6 +4,7 @@
 #include <strings.h>
 
 #include "guiscreendef.h"
+#include "kx.h"
 
 namespace screenfile {
 namespace {
@@ -114,6 +115,13 @@ const TypeDef *typeByCode(uint32_t code) {
     for (const TypeDef &type : kTypes)
         if (code == type.code) return &type;
     return nullptr;
+}
+
+ScreenItem *itemOf(void *node) {
+    void *cookie = node ? TreeNodeCookie(node) : nullptr;
+    return ObjIsA(cookie, GUI_TAG_SCREEN_ITEM) && ObjHasLayout(cookie, GUI_SCREEN_ITEM_SIGNATURE)
+               ? static_cast<ScreenItem *>(cookie)
+               : nullptr;
 }
 
 const FieldDef *fieldByName(const TypeDef &type, const std::string &name) {

@@ -1,5 +1,6 @@
 /* screentypes.h - the names of the screen model: item types with their data records,
-** action kinds, attachment kinds and sides (private to the screen file loader). */
+** action kinds, attachment kinds and sides; the item record of a tree node (shared by the
+** screen file loader, the answers and the viewer). */
 #ifndef XC_SCREENTYPES_H
 #define XC_SCREENTYPES_H
 
@@ -7,7 +8,13 @@
 #include <cstdint>
 #include <string>
 
+struct ScreenItem;
+
 namespace screenfile {
+
+/* The item record that `node` carries, checked to be a screen item; null for a null node
+** or any other cookie. */
+ScreenItem *itemOf(void *node);
 
 /* How a field of an item data record is written in the file. */
 enum class FieldKind {

@@ -15,6 +15,7 @@
 
 #include "guiscreendef.h"
 #include "kx.h"
+#include "screentypes.h"
 #include "xsnapshot.h"
 
 #if __has_include("guibmploader.h")
@@ -52,14 +53,18 @@ void onButtonActivated(Widget, XtPointer clientData, XtPointer) {
         gOutcome.closedBy = static_cast<int32_t>(reinterpret_cast<intptr_t>(clientData));
 }
 
-int watchButton(void *, void *node) {
-    auto *item = static_cast<ScreenItem *>(TreeNodeCookie(node));
-    if (!ObjIsA(item, GUI_TAG_SCREEN_ITEM) || item->itemType != PushButton ||
-        !ObjIsA(item->guiData, GUI_TAG_GUIDATA))
-        return 1;
+/* The item's outer widget (its first widget record), or null when it has none. */
+Widget outerWidget(const ScreenItem *item) {
+    if (!item || !ObjIsA(item->guiData, GUI_TAG_GUIDATA)) return nullptr;
     auto *record = static_cast<GuiWidgetRecord *>(ListFirstItem(item->guiData->widgetList));
-    if (ObjIsA(record, GUI_TAG_WIDGET) && record->widget)
-        XtAddCallback(record->widget, XmNactivateCallback, onButtonActivated,
+    return ObjIsA(record, GUI_TAG_WIDGET) ? record->widget : nullptr;
+}
+
+int watchButton(void *, void *node) {
+    const ScreenItem *item = screenfile::itemOf(node);
+    Widget button = item && item->itemType == PushButton ? outerWidget(item) : nullptr;
+    if (button)
+        XtAddCallback(button, XmNactivateCallback, onButtonActivated,
                       reinterpret_cast<XtPointer>(static_cast<intptr_t>(item->itemId)));
     return 1;
 }
@@ -173,18 +178,15 @@ ExitCode renderToPng(XtAppContext app, Widget shell, const std::string &path) {
 /* One "id": [x, y, width, height] entry per item with a realized outer widget. */
 int writeItemPlace(void *ctx, void *node) {
     auto *out = static_cast<std::string *>(ctx);
-    auto *item = static_cast<ScreenItem *>(TreeNodeCookie(node));
-    if (!ObjIsA(item, GUI_TAG_SCREEN_ITEM) || !ObjIsA(item->guiData, GUI_TAG_GUIDATA)) return 1;
-    auto *record = static_cast<GuiWidgetRecord *>(ListFirstItem(item->guiData->widgetList));
-    if (!ObjIsA(record, GUI_TAG_WIDGET) || !record->widget || !XtIsRealized(record->widget))
-        return 1;
-    Display *dpy = XtDisplay(record->widget);
+    const ScreenItem *item = screenfile::itemOf(node);
+    Widget outer = outerWidget(item);
+    if (!outer || !XtIsRealized(outer)) return 1;
+    Display *dpy = XtDisplay(outer);
     XWindowAttributes a{};
     int x = 0, y = 0;
     Window child;
-    XGetWindowAttributes(dpy, XtWindow(record->widget), &a);
-    XTranslateCoordinates(dpy, XtWindow(record->widget), DefaultRootWindow(dpy), 0, 0, &x, &y,
-                          &child);
+    XGetWindowAttributes(dpy, XtWindow(outer), &a);
+    XTranslateCoordinates(dpy, XtWindow(outer), DefaultRootWindow(dpy), 0, 0, &x, &y, &child);
     char entry[96];
     std::snprintf(entry, sizeof entry, "%s\n  \"%ld\": [%d, %d, %d, %d]", out->size() > 1 ? "," : "",
                   static_cast<long>(item->itemId), x, y, a.width, a.height);
