@@ -28,6 +28,21 @@ KX_API void *MemAllocateFromPool(size_t size, uint32_t poolId);
 ** handle is not a block either: objects go with ObjReleaseInternal. */
 KX_API void MemFreeInternal(void *ppBlock);
 
+/* Frees a block that held a secret (a clear-text password, a key) like MemFreeInternal,
+** after overwriting the whole block, every byte of its requested size (1 for a size of
+** 0), with zeros in a way the compiler cannot drop. The same guarantees: a null
+** `ppBlock` or block is ignored; a pointer that is not a live block (a literal, a block
+** already freed, an object handle) is neither written nor freed, only the variable is
+** cleared and MemForeignFreeCount() counts it. Every block that has held a secret goes
+** this way: MemFreeInternal leaves the bytes as they are. */
+KX_API void MemFreeSecret(void *ppBlock);
+
+/* For tests only: `hook` (null: none) is called with every block that MemFreeSecret
+** frees, after the wipe and just before the memory goes back, so that a test can see
+** what is left of the block. `size` is the number of bytes wiped. */
+typedef void (*KxFreedSecretHook)(void *ctx, const void *block, size_t size);
+KX_API void MemSetFreedSecretHook(KxFreedSecretHook hook, void *ctx);
+
 /* Copies `size` bytes; returns 1, or 0 when either pointer is null. */
 KX_API int MemCopy(void *dst, const void *src, size_t size);
 

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <sodium.h>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ struct Pool {
 struct Registry {
     std::vector<Pool> pools; /* pool id n is pools[n - 1] */
     int64_t foreignFrees = 0;
+    KxFreedSecretHook freedSecretHook = nullptr;
+    void *freedSecretHookCtx = nullptr;
 
     Registry() {
         pools.push_back(Pool{"default"});
@@ -47,6 +50,16 @@ Pool *findPool(uint32_t poolId) {
 ** wrapping round to a small number. */
 bool fitsOneAllocation(size_t headerSize, size_t size) {
     return size <= size_t{PTRDIFF_MAX} - headerSize - sizeof(kx::BlockHeader);
+}
+
+/* Reads the block pointer stored at `ppBlock` and clears the variable; null when either
+** is null. */
+void *takeBlock(void *ppBlock) {
+    if (ppBlock == nullptr) return nullptr;
+    void **slot = static_cast<void **>(ppBlock);
+    void *block = *slot;
+    *slot = nullptr;
+    return block;
 }
 
 } // namespace
@@ -109,12 +122,29 @@ void *MemAllocateFromPool(size_t size, uint32_t poolId) {
 }
 
 void MemFreeInternal(void *ppBlock) {
-    if (ppBlock == nullptr) return;
-    void **slot = static_cast<void **>(ppBlock);
-    void *block = *slot;
-    *slot = nullptr;
+    void *block = takeBlock(ppBlock);
+    if (block != nullptr && !kx::freeBlock(block, 0, kx::BlockKind::Plain))
+        registry().foreignFrees++;
+}
+
+void MemFreeSecret(void *ppBlock) {
+    void *block = takeBlock(ppBlock);
     if (block == nullptr) return;
-    if (!kx::freeBlock(block, 0, kx::BlockKind::Plain)) registry().foreignFrees++;
+    const kx::BlockHeader *header = kx::liveBlock(block);
+    if (header == nullptr || header->kind != kx::BlockKind::Plain) {
+        registry().foreignFrees++;
+        return;
+    }
+    const size_t usable = header->size ? header->size : 1;
+    sodium_memzero(block, usable);
+    Registry &r = registry();
+    if (r.freedSecretHook != nullptr) r.freedSecretHook(r.freedSecretHookCtx, block, usable);
+    kx::freeBlock(block, 0, kx::BlockKind::Plain);
+}
+
+void MemSetFreedSecretHook(KxFreedSecretHook hook, void *ctx) {
+    registry().freedSecretHook = hook;
+    registry().freedSecretHookCtx = ctx;
 }
 
 int MemCopy(void *dst, const void *src, size_t size) {

@@ -1,11 +1,9 @@
 /* security.cpp - password encryption with an authenticated secret-key cipher. */
 #include "kxsecurity.h"
 #include "kxmem.h"
-#include "kxstr.h"
 
 #include <cstring>
 #include <sodium.h>
-#include <string>
 #include <vector>
 
 namespace {
@@ -16,26 +14,52 @@ constexpr size_t kPrefixLength = sizeof kPrefix - 1;
 constexpr int kBase64 = sodium_base64_VARIANT_ORIGINAL;
 /* Binds the derived key to this use, so the same key argument elsewhere gives another key. */
 constexpr const char kContext[] = "kx password store v1";
-
-using Key = unsigned char[crypto_secretbox_KEYBYTES];
+constexpr size_t kSealOverhead = crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES;
 
 bool ready() {
     static const bool initialised = sodium_init() >= 0;
     return initialised;
 }
 
-void deriveKey(Key key, intptr_t keyArg) {
-    crypto_generichash_state state;
-    crypto_generichash_init(&state, nullptr, 0, crypto_secretbox_KEYBYTES);
-    crypto_generichash_update(&state, reinterpret_cast<const unsigned char *>(kContext),
-                              sizeof kContext - 1);
-    crypto_generichash_update(&state, reinterpret_cast<const unsigned char *>(&keyArg),
-                              sizeof keyArg);
-    crypto_generichash_final(&state, key, crypto_secretbox_KEYBYTES);
-}
+/* Bytes that hold key material or come from a secret: wiped when they go. */
+class WipedBytes {
+public:
+    explicit WipedBytes(size_t size) : bytes_(size) {}
+    ~WipedBytes() { sodium_memzero(bytes_.data(), bytes_.size()); }
+    WipedBytes(const WipedBytes &) = delete;
+    WipedBytes &operator=(const WipedBytes &) = delete;
+    unsigned char *data() { return bytes_.data(); }
+    size_t size() const { return bytes_.size(); }
 
-char *poolCopy(const std::string &text) {
-    return StrDuplicateIntoPool(text.c_str(), MemGetDefaultPoolId());
+private:
+    std::vector<unsigned char> bytes_;
+};
+
+/* The cipher key derived from a key argument (the secret); the hash state that saw the
+** argument is wiped at once, the key when it goes. */
+class DerivedKey : public WipedBytes {
+public:
+    explicit DerivedKey(intptr_t keyArg) : WipedBytes(crypto_secretbox_KEYBYTES) {
+        crypto_generichash_state state;
+        crypto_generichash_init(&state, nullptr, 0, size());
+        crypto_generichash_update(&state, reinterpret_cast<const unsigned char *>(kContext),
+                                  sizeof kContext - 1);
+        crypto_generichash_update(&state, reinterpret_cast<const unsigned char *>(&keyArg),
+                                  sizeof keyArg);
+        crypto_generichash_final(&state, data(), size());
+        sodium_memzero(&state, sizeof state);
+    }
+};
+
+/* A pool string "kx1:" + base64 of `sealed`, or null. */
+char *printable(WipedBytes &sealed) {
+    const size_t encodedSize = sodium_base64_ENCODED_LEN(sealed.size(), kBase64);
+    char *text = static_cast<char *>(
+        MemAllocateFromPool(kPrefixLength + encodedSize, MemGetDefaultPoolId()));
+    if (text == nullptr) return nullptr;
+    std::memcpy(text, kPrefix, kPrefixLength);
+    sodium_bin2base64(text + kPrefixLength, encodedSize, sealed.data(), sealed.size(), kBase64);
+    return text;
 }
 
 } // namespace
@@ -50,48 +74,43 @@ int SecurityEncryptPassword(void *ppResult, const char *clearText, intptr_t keyA
     const char *clear = clearText ? clearText : "";
     const size_t clearLength = std::strlen(clear);
 
-    std::vector<unsigned char> sealed(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES +
-                                      clearLength);
+    WipedBytes sealed(kSealOverhead + clearLength);
     unsigned char *nonce = sealed.data();
     randombytes_buf(nonce, crypto_secretbox_NONCEBYTES);
-    Key key;
-    deriveKey(key, keyArg);
+    DerivedKey key(keyArg);
     crypto_secretbox_easy(nonce + crypto_secretbox_NONCEBYTES,
-                          reinterpret_cast<const unsigned char *>(clear), clearLength, nonce, key);
-    sodium_memzero(key, sizeof key);
-
-    std::string text(kPrefix);
-    std::vector<char> encoded(sodium_base64_ENCODED_LEN(sealed.size(), kBase64));
-    sodium_bin2base64(encoded.data(), encoded.size(), sealed.data(), sealed.size(), kBase64);
-    text += encoded.data();
-    *result = poolCopy(text);
+                          reinterpret_cast<const unsigned char *>(clear), clearLength, nonce,
+                          key.data());
+    *result = printable(sealed);
     return *result != nullptr;
 }
 
+/* Opens the box straight into the pool block that is returned, so the clear text never
+** lies in a temporary; a block that turns out not to be a password is wiped as it goes. */
 char *SecurityDecryptPassword(const char *encrypted, intptr_t keyArg) {
     if (encrypted == nullptr || !ready() ||
         std::strncmp(encrypted, kPrefix, kPrefixLength) != 0)
         return nullptr;
     const char *encoded = encrypted + kPrefixLength;
     const size_t encodedLength = std::strlen(encoded);
-    std::vector<unsigned char> sealed(encodedLength / 4 * 3 + 3);
+    WipedBytes sealed(encodedLength / 4 * 3 + 3);
     size_t sealedLength = 0;
     if (sodium_base642bin(sealed.data(), sealed.size(), encoded, encodedLength, nullptr,
                           &sealedLength, nullptr, kBase64) != 0 ||
-        sealedLength < crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES)
+        sealedLength < kSealOverhead)
         return nullptr;
 
+    const size_t clearLength = sealedLength - kSealOverhead;
+    char *clear = static_cast<char *>(MemAllocateFromPool(clearLength + 1, MemGetDefaultPoolId()));
+    if (clear == nullptr) return nullptr;
     const unsigned char *nonce = sealed.data();
-    const size_t boxLength = sealedLength - crypto_secretbox_NONCEBYTES;
-    std::string clear(boxLength - crypto_secretbox_MACBYTES, '\0');
-    Key key;
-    deriveKey(key, keyArg);
+    DerivedKey key(keyArg);
     const int opened = crypto_secretbox_open_easy(
-        reinterpret_cast<unsigned char *>(clear.data()), nonce + crypto_secretbox_NONCEBYTES,
-        boxLength, nonce, key);
-    sodium_memzero(key, sizeof key);
-    if (opened != 0 || clear.find('\0') != std::string::npos) return nullptr;
-    return poolCopy(clear);
+        reinterpret_cast<unsigned char *>(clear), nonce + crypto_secretbox_NONCEBYTES,
+        sealedLength - crypto_secretbox_NONCEBYTES, nonce, key.data());
+    clear[clearLength] = '\0';
+    if (opened != 0 || std::memchr(clear, '\0', clearLength) != nullptr) MemFreeSecret(&clear);
+    return clear;
 }
 
 } // extern "C"

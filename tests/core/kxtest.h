@@ -59,6 +59,21 @@ inline std::string take(char *s) {
     return text;
 }
 
+/* Gathers the bytes of every block that MemFreeSecret gives back, as they are then. */
+class FreedSecrets {
+public:
+    FreedSecrets() { MemSetFreedSecretHook(record, this); }
+    ~FreedSecrets() { MemSetFreedSecretHook(nullptr, nullptr); }
+    FreedSecrets(const FreedSecrets &) = delete;
+    FreedSecrets &operator=(const FreedSecrets &) = delete;
+    std::string bytes;
+
+private:
+    static void record(void *ctx, const void *block, size_t size) {
+        static_cast<FreedSecrets *>(ctx)->bytes.append(static_cast<const char *>(block), size);
+    }
+};
+
 } // namespace kxtest
 
 #endif

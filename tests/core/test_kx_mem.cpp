@@ -125,6 +125,30 @@ TEST_F(MemTest, ForeignPointersAreClearedCountedAndLeftAlone) {
     EXPECT_EQ(MemForeignFreeCount(), foreign + 6);
 }
 
+TEST_F(MemTest, ASecretIsWipedWholeBeforeItsBlockGoesAndFreesAsSafelyAsAnyBlock) {
+    kxtest::FreedSecrets freed;
+    char *secret = StrCat("hunter", "2", nullptr);
+    void *again = secret;
+    const char *literal = "read-only: never written";
+    void *obj = nullptr;
+    ASSERT_TRUE(ObjCreateInternal(&obj, 8, 0x1234, "p;", 0, pool()));
+    void *objAlias = obj;
+    const int64_t foreign = MemForeignFreeCount();
+    MemFreeSecret(&secret);
+    EXPECT_EQ(secret, nullptr);
+    EXPECT_EQ(freed.bytes, std::string(8, '\0'));
+    MemFreeSecret(&again);
+    MemFreeSecret(&literal);
+    MemFreeSecret(&objAlias);
+    EXPECT_EQ(literal, nullptr);
+    EXPECT_EQ(ObjGetTag(obj), 0x1234u) << "an object is no secret block";
+    MemFreeSecret(nullptr);
+    MemFreeSecret(&secret);
+    EXPECT_EQ(MemForeignFreeCount(), foreign + 3);
+    EXPECT_EQ(freed.bytes.size(), 8u) << "only the live block was wiped and freed";
+    ObjReleaseInternal(&obj);
+}
+
 TEST_F(MemTest, ObjectHandlesAreNotBlocks) {
     void *obj = nullptr;
     ASSERT_TRUE(ObjCreateInternal(&obj, 8, 0x1234, "p;", 0, pool()));

@@ -387,7 +387,13 @@ TEST_F(SecurityTest, EncryptionRoundTripsAndHidesTheClearText) {
     EXPECT_EQ(std::strstr(sealed, "horse"), nullptr);
     for (const char *c = sealed; *c; ++c) EXPECT_TRUE(std::isprint(static_cast<unsigned char>(*c)));
 
-    EXPECT_EQ(take(SecurityDecryptPassword(sealed, 1234)), clear);
+    {
+        kxtest::FreedSecrets freed;
+        char *opened = SecurityDecryptPassword(sealed, 1234);
+        EXPECT_STREQ(opened, clear);
+        MemFreeSecret(&opened);
+        EXPECT_EQ(freed.bytes, std::string(std::strlen(clear) + 1, '\0')) << "not wiped";
+    }
     EXPECT_EQ(SecurityDecryptPassword(sealed, 1235), nullptr) << "another key";
 
     char *again = nullptr;
