@@ -75,9 +75,20 @@ protected:
     void show(Screen &s, int32_t job = 42, bool shown = true) {
         GuiCreatePlgScreen(form(), s.tree(), job);
         if (shown && !XtIsRealized(shell())) realize();
-        pump();
+        if (shown) pump();
     }
     static void destroy(Screen &s) { GuiFreeScreenDefAndWidgets(s.slot()); }
+    /* Builds `s` as a client does: its screen record holds a reference on the tree. */
+    oScreenDef record(Screen &s, int32_t job = 31) {
+        ObjIncRefCount(s.tree());
+        GuiCreatePlgScreen(form(), s.tree(), job);
+        return {job, 0, 0, 0, form(), s.tree()};
+    }
+    /* A whole-screen (items 0) or per-item (1) update of the screen with the tree of `s`. */
+    static int update(oScreenDef &screen, const Screen &s, int32_t items, void *cookie = nullptr) {
+        oUpdateScreen u{s.tree(), 0, 0, cookie};
+        return GuiUpdatePlgScreen(&screen, &u, items);
+    }
     /* When screenToFree() names a tree slot, the close callback ends that screen as a
     ** client does, from inside the call. */
     static std::vector<CloseCall> &closeCalls() { static std::vector<CloseCall> c; return c; }
