@@ -49,17 +49,20 @@ struct GuiCombo {
 ** visibleItems: the list's XmNvisibleItemCount.
 ** userEntry == 1 makes the text field editable; anything else makes it read-only.
 **
-** A failure to build the arrow picture is traced ("Failed to create combo pixmap") and
-** leaves the button without a picture. Returns null only when memory is exhausted. */
+** The label is attached on its left and right only: it keeps its own height. A failure
+** to build the arrow picture is traced ("Failed to create combo pixmap") and leaves the
+** button without a picture. A null parent is traced and gives null; otherwise null only
+** when memory is exhausted. GuiDestroyCombo destroys all of these widgets. */
 XC_API GuiCombo *GuiCreateComboAndWidgets(Widget parent, Widget listParent,
                                           const char *labelText, int32_t labelLeft,
                                           int32_t listBelow, int32_t visibleItems,
                                           int32_t userEntry);
 
-/* Turns a text field, a push button and a scrolled list (made by XmCreateScrolledList
-** and kept unmapped by Xt: XmNmappedWhenManaged False) into a combo box, and selects
-** position 1 of the list (which fills the text field when the list holds items).
-** Returns the new handle, or null when memory is exhausted or a widget is missing. */
+/* Turns a text field (XmTextField), a push button (XmPushButton) and a list (XmList in
+** a scrolled window, kept unmapped by Xt: XmNmappedWhenManaged False) into a combo box,
+** and selects position 1 of the list (which fills the text field when the list holds
+** items). Returns the new handle; null, with a trace, when a widget is missing or of
+** another class, or when memory is exhausted. */
 XC_API GuiCombo *GuiManageCombo(Widget wText, Widget wButton, Widget wList);
 
 /* Sets the selection callback and its client data, replacing any earlier pair (a null
@@ -102,8 +105,13 @@ XC_API void GuiRemoveFromComboList(GuiCombo *combo, const char *text);
 XC_API void GuiReplaceComboList(GuiCombo *combo, int32_t count, char **texts, int32_t notify);
 
 /* Closes the drop-down, destroys the text field, the button and the list widget, and
-** frees the handle. The list's scrolled window, the frame and the label are left to
-** whoever made them: they go with their parents. */
+** frees the handle. A list made by XmCreateScrolledList takes its scrolled window with
+** it; a combo made by GuiCreateComboAndWidgets takes its frame and label too. A scrolled
+** window that the caller made apart from the list stays the caller's.
+** Called while the combo's own code runs (from the selection callback, or from a text
+** field callback that the combo's operation set off), the destruction waits until that
+** code returns: the combo calls its client no more and never returns into a destroyed
+** widget. The handle is invalid after the call either way. */
 XC_API void GuiDestroyCombo(GuiCombo *combo);
 
 /* Makes the text field and the button sensitive (flag != 0) or not. */

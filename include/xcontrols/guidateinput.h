@@ -23,16 +23,17 @@ struct GuiDateInput {
     Widget wYear;                    /* year text field */
     Widget wMonth;                   /* month text field; XmNuserData holds the month 1-12 */
     Widget wDay;                     /* day text field */
-    Widget wUp;                      /* up button (any widget with XmNarmCallback) */
+    Widget wUp;                      /* up button (XmPushButton or XmArrowButton) */
     Widget wDown;                    /* down button */
     Widget wCurrent;                 /* the field the buttons act on: focused last */
     GuiDateInputCallback fnCallback; /* value callback, or null */
     void *pClientData;               /* handed to fnCallback */
 };
 
-/* Turns three text fields (XmTextField or XmText) and two buttons made by the caller
-** into a date input and returns its handle (null, with a trace, when a widget is null
-** or memory runs out). The fields are not written.
+/* Turns three text fields (XmTextField or XmText) and two buttons (XmPushButton or
+** XmArrowButton) made by the caller into a date input and returns its handle (null,
+** with a trace, when a widget is null or of another class, or memory runs out). The
+** fields are not written.
 **
 ** The buttons step the field focused last (the day field at first) once per arming:
 ** the year within 1900 to 3000, the month within 1 to 12 (no wrap, no carry into the
@@ -50,7 +51,10 @@ XC_API void GuiAddDateInputCallback(GuiDateInput *pInput, GuiDateInputCallback f
                                     void *pClientData);
 
 /* Destroys the year, month and day fields and the up and down buttons, in this order,
-** and frees the handle. The handle is invalid afterwards. */
+** and frees the handle. The handle is invalid afterwards. Called from the value callback
+** (or any callback that the input's own code set off), the destruction waits until that
+** code returns, and the callback is not called again: a set stops at the field that
+** reported. */
 XC_API void GuiDateInputDestroy(GuiDateInput *pInput);
 
 /* Shows the local date of the time value: the year and the day with at least two

@@ -18,7 +18,7 @@ typedef void (*GuiNumInputCallback)(Widget wText, void *pClientData, int32_t *pi
 ** GuiNumInputDestroy; read it, but change it only through the functions below. */
 typedef struct GuiNumInput {
     Widget wText;                   /* the text field (XmTextField or XmText) */
-    Widget wUp;                     /* up button (any widget with XmNarmCallback) */
+    Widget wUp;                     /* up button (XmPushButton or XmArrowButton) */
     Widget wDown;                   /* down button */
     int32_t iMax;                   /* upper limit */
     int32_t iMin;                   /* lower limit */
@@ -31,8 +31,9 @@ typedef struct GuiNumInput {
     int32_t iRepeatCount;           /* steps and checks since the last release */
 } GuiNumInput;
 
-/* Turns a text field and two buttons made by the caller into a number input and returns
-** its handle (null, with a trace, when a widget is null or memory runs out).
+/* Turns a text field (XmTextField or XmText) and two buttons (XmPushButton or
+** XmArrowButton) made by the caller into a number input and returns its handle (null,
+** with a trace, when a widget is null or of another class, or memory runs out).
 **
 ** Note the order: maximum before minimum. The field is set to `iInitial` as plain
 ** decimal, unchecked and not zero-filled. Arming a button steps once at once; while it
@@ -67,7 +68,9 @@ XC_API void GuiNumInputChangeRange(GuiNumInput *pInput, int32_t iMin, int32_t iM
 XC_API void GuiNumInputSetSensitive(GuiNumInput *pInput, int32_t bSensitive);
 
 /* Stops any pending repeat, destroys the text field, the up and the down button, in
-** this order, and frees the handle. The handle is invalid afterwards. */
+** this order, and frees the handle. The handle is invalid afterwards. Called from the
+** value callback (or any callback that the input's own code set off), the destruction
+** waits until that code returns, and the callback is not called again. */
 XC_API void GuiNumInputDestroy(GuiNumInput *pInput);
 
 XC_END_DECLS

@@ -24,7 +24,8 @@ enum GuiUpDownDirection {
 ** that hit no limit leaves the text exactly as typed; otherwise the number is written
 ** back with at least `iWidth` digits: 0 plain, 1 to 3 that many, any other width 4.
 ** There is no wrap-around and no repeat: each call steps once. Writing the text runs
-** the field's value-changed callbacks. A null widget is traced and ignored. */
+** the field's value-changed callbacks. A null widget, or one that is neither an XmText
+** nor an XmTextField, is traced and ignored. */
 XC_API void GuiSetUpDownValue(Widget wText, int32_t iDirection, int32_t iMin, int32_t iMax,
                               int32_t iWidth);
 

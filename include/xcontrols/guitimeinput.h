@@ -22,7 +22,7 @@ typedef void (*GuiTimeInputCallback)(GuiTimeInput *pInput, void *pClientData,
 struct GuiTimeInput {
     Widget wHours;                   /* hours text field */
     Widget wMinutes;                 /* minutes text field */
-    Widget wUp;                      /* up button (any widget with XmNarmCallback) */
+    Widget wUp;                      /* up button (XmPushButton or XmArrowButton) */
     Widget wDown;                    /* down button */
     Widget wCurrent;                 /* the field the buttons act on: focused last */
     GuiTimeInputCallback fnCallback; /* value callback, or null */
@@ -33,9 +33,10 @@ struct GuiTimeInput {
     int32_t iMinMinutes;             /* lower limit of the minutes; 0 means 0 */
 };
 
-/* Turns two text fields (XmTextField or XmText) and two buttons made by the caller into
-** a time input and returns its handle (null, with a trace, when a widget is null or
-** memory runs out). The fields are not written.
+/* Turns two text fields (XmTextField or XmText) and two buttons (XmPushButton or
+** XmArrowButton) made by the caller into a time input and returns its handle (null, with
+** a trace, when a widget is null or of another class, or memory runs out). The fields
+** are not written.
 **
 ** The buttons step the field focused last (the hours field at first) once per arming,
 ** within its limits: no wrap from 23 to 0 and no carry from minutes into hours. A field
@@ -50,7 +51,9 @@ XC_API void GuiAddTimeInputCallback(GuiTimeInput *pInput, GuiTimeInputCallback f
                                     void *pClientData);
 
 /* Destroys the hours and minutes fields and the up and down buttons, in this order, and
-** frees the handle. The handle is invalid afterwards. */
+** frees the handle. The handle is invalid afterwards. Called from the value callback
+** (or any callback that the input's own code set off), the destruction waits until that
+** code returns, and the callback is not called again. */
 XC_API void GuiTimeInputDestroy(GuiTimeInput *pInput);
 
 /* Shows the UTC hours and minutes of the time value, with two digits each. */

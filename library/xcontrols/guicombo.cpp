@@ -8,45 +8,16 @@
 #include <X11/keysym.h>
 
 #include "guicommon.h"
-
-/* Motif's destroy callback on a list made by XmCreateScrolledList, which destroys the
-** scrolled window with the list. Xm/XmP.h declares it outside its C linkage block. */
-extern "C" void _XmDestroyParentCallback(Widget, XtPointer, XtPointer);
+#include "guiinputkit.h"
 
 namespace {
 
 constexpr int32_t kTraceDestroy = 8;
-constexpr int32_t kTraceNoHandle = 503;
-
-/* Every exported operation takes the handle on trust from the caller; a null one is
-** traced and ignored rather than followed. */
-bool present(const GuiCombo *combo, const char *operation) {
-    if (combo != nullptr) return true;
-    xc::trace(kTraceNoHandle, 1, "%s without a combo", operation);
-    return false;
-}
 
 /* The combo calls out (the text field's callbacks, the client's callback) and the client
-** may destroy the combo from there. Each operation that goes on after a callout holds a
-** guard, which GuiDestroyCombo clears, and asks it before touching the handle again. */
-class Serving {
-public:
-    explicit Serving(GuiCombo *c) : combo_(c), outer_(innermost_) { innermost_ = this; }
-    ~Serving() { innermost_ = outer_; }
-    Serving(const Serving &) = delete;
-    Serving &operator=(const Serving &) = delete;
-    bool alive() const { return combo_ != nullptr; }
-    static void destroyed(const GuiCombo *c) {
-        for (Serving *s = innermost_; s != nullptr; s = s->outer_)
-            if (s->combo_ == c) s->combo_ = nullptr;
-    }
-private:
-    GuiCombo *combo_;
-    Serving *outer_;
-    static Serving *innermost_;
-};
-
-Serving *Serving::innermost_ = nullptr;
+** may destroy the combo from there: every operation that calls out holds a ControlScope
+** and asks it after the call before going on. */
+void destroyNow(void *record);
 
 Widget dropDownWindow(const GuiCombo *c) { return XtParent(c->wList); }
 
@@ -99,12 +70,13 @@ void closeOnFocusOut(Widget, XtPointer client, XEvent *event, Boolean *) {
 void takeChosenItem(Widget, XtPointer client, XtPointer call) {
     auto *c = static_cast<GuiCombo *>(client);
     auto *cbs = static_cast<XmListCallbackStruct *>(call);
-    Serving guard(c);
+    xc::ControlScope scope(c, destroyNow);
+    if (!scope.alive()) return;
     {
         xc::XmText chosen(cbs->item);
         if (chosen.get() != nullptr) setText(c, chosen.get());
     }
-    if (!guard.alive()) return;
+    if (!scope.alive()) return;
     if (cbs->event != nullptr && cbs->event->type == ButtonRelease) {
         XmProcessTraversal(c->wButton, XmTRAVERSE_CURRENT);
         closeDropDown(c);
@@ -190,16 +162,31 @@ void scrollToShow(Widget list, int position, int count, int visible) {
         XmListSetPos(list, position <= 1 ? 1 : position - 1);
 }
 
+/* Closes the drop-down and destroys the widgets. The list takes its scrolled window with
+** it when Motif made the two together (XmCreateScrolledList), and whatever
+** GuiCreateComboAndWidgets built for the combo. */
+void destroyNow(void *record) {
+    auto *combo = static_cast<GuiCombo *>(record);
+    /* Destruction may move the focus; no handler may reach the handle after it goes. */
+    removeBehaviour(combo);
+    if (combo->bListShown == 1) closeDropDown(combo);
+    XtDestroyWidget(combo->wText);
+    XtDestroyWidget(combo->wButton);
+    XtDestroyWidget(combo->wList);
+    MemFreeInternal(&combo);
+}
+
 } // namespace
 
 extern "C" {
 
 XC_API GuiCombo *GuiManageCombo(Widget wText, Widget wButton, Widget wList) {
-    if (wText == nullptr || wButton == nullptr || wList == nullptr) {
-        xc::trace(kTraceNoHandle, 1, "GuiManageCombo without its widgets");
+    using xc::WidgetRole;
+    if (!xc::haveWidgets(__func__, {{wText, WidgetRole::TextField},
+                                    {wButton, WidgetRole::PushButton},
+                                    {wList, WidgetRole::List}}))
         return nullptr;
-    }
-    auto *c = static_cast<GuiCombo *>(MemAllocateFromPool(sizeof(GuiCombo), xc::pool()));
+    auto *c = xc::allocateRecord<GuiCombo>(__func__);
     if (c == nullptr) return nullptr;
     *c = GuiCombo{wText, wButton, wList, 1, 0, 1, nullptr, nullptr, 1};
     installBehaviour(c);
@@ -209,23 +196,23 @@ XC_API GuiCombo *GuiManageCombo(Widget wText, Widget wButton, Widget wList) {
 }
 
 XC_API void GuiAddComboCallback(GuiCombo *combo, GuiComboCallback fn, void *pClientData) {
-    if (!present(combo, "GuiAddComboCallback")) return;
+    if (!xc::haveHandle(combo, __func__)) return;
     combo->fnCallback = fn;
     combo->pClientData = pClientData;
 }
 
 XC_API void GuiEnableComboUserEntry(GuiCombo *combo) {
-    if (present(combo, "GuiEnableComboUserEntry"))
+    if (xc::haveHandle(combo, __func__))
         XtVaSetValues(combo->wText, XmNeditable, True, nullptr);
 }
 
 XC_API void GuiDisableComboUserEntry(GuiCombo *combo) {
-    if (present(combo, "GuiDisableComboUserEntry"))
+    if (xc::haveHandle(combo, __func__))
         XtVaSetValues(combo->wText, XmNeditable, False, nullptr);
 }
 
 XC_API char *GuiGetComboSelection(GuiCombo *combo) {
-    if (!present(combo, "GuiGetComboSelection")) return nullptr;
+    if (!xc::haveHandle(combo, __func__)) return nullptr;
     char *shown = XmTextGetString(combo->wText);
     char *copy = StrDuplicateIntoPool(shown, xc::pool());
     XtFree(shown);
@@ -233,7 +220,7 @@ XC_API char *GuiGetComboSelection(GuiCombo *combo) {
 }
 
 XC_API int32_t GuiGetComboItemNumberSelected(GuiCombo *combo) {
-    if (!present(combo, "GuiGetComboItemNumberSelected")) return 0;
+    if (!xc::haveHandle(combo, __func__)) return 0;
     int *positions = nullptr;
     int count = 0;
     XmListGetSelectedPos(combo->wList, &positions, &count);
@@ -243,102 +230,90 @@ XC_API int32_t GuiGetComboItemNumberSelected(GuiCombo *combo) {
 }
 
 XC_API void GuiChangeComboSelection(GuiCombo *combo, int32_t position, int32_t notify) {
-    if (!present(combo, "GuiChangeComboSelection")) return;
+    if (!xc::haveHandle(combo, __func__)) return;
     Widget list = combo->wList;
     int count = 0, visible = 0;
     XtVaGetValues(list, XmNitemCount, &count, XmNvisibleItemCount, &visible, nullptr);
     XmListDeselectAllItems(list);
     if (position < 0) return;   /* no such item: nothing selected, nothing to show */
-    Serving guard(combo);
+    xc::ControlScope scope(combo, destroyNow);
     XmListSelectPos(list, position, notify != 0);
-    if (guard.alive() && position <= count) scrollToShow(list, position, count, visible);
+    if (scope.alive() && position <= count) scrollToShow(list, position, count, visible);
 }
 
 XC_API int32_t GuiComboSelectItem(GuiCombo *combo, const char *text, int32_t notify) {
-    if (!present(combo, "GuiComboSelectItem") || text == nullptr) return 0;
+    if (!xc::haveHandle(combo, __func__) || text == nullptr) return 0;
     int position = 0;
     {
         xc::XmStr item(text);
         position = XmListItemPos(combo->wList, item);
     }
     if (position == 0) return 0;
-    Serving guard(combo);
+    xc::ControlScope scope(combo, destroyNow);
     GuiChangeComboSelection(combo, position, notify);
     /* Without notification the list's callback, which shows the text, does not run. */
-    if (notify == 0 && guard.alive()) setText(combo, text);
+    if (notify == 0 && scope.alive()) setText(combo, text);
     return 1;
 }
 
 XC_API void GuiAddToComboList(GuiCombo *combo, const char *text) {
-    if (!present(combo, "GuiAddToComboList") || text == nullptr) return;
+    if (!xc::haveHandle(combo, __func__) || text == nullptr) return;
     xc::XmStr item(text);
     XmListAddItem(combo->wList, item, 0);
 }
 
 XC_API void GuiRemoveFromComboList(GuiCombo *combo, const char *text) {
-    if (!present(combo, "GuiRemoveFromComboList") || text == nullptr) return;
+    if (!xc::haveHandle(combo, __func__) || text == nullptr) return;
     xc::XmStr item(text);
     const int position = XmListItemPos(combo->wList, item);
     if (position > 0) XmListDeletePos(combo->wList, position);
 }
 
 XC_API void GuiReplaceComboList(GuiCombo *combo, int32_t count, char **texts, int32_t notify) {
-    if (!present(combo, "GuiReplaceComboList")) return;
+    if (!xc::haveHandle(combo, __func__)) return;
     XmListDeleteAllItems(combo->wList);
     for (int32_t i = 0; texts != nullptr && i < count; ++i) GuiAddToComboList(combo, texts[i]);
     /* A choice still offered survives; otherwise the default item is chosen. */
     char *current = XmTextGetString(combo->wText);
-    Serving guard(combo);
-    if (!GuiComboSelectItem(combo, current, notify) && guard.alive()) {
+    xc::ControlScope scope(combo, destroyNow);
+    if (!GuiComboSelectItem(combo, current, notify) && scope.alive()) {
         setText(combo, "");
-        if (guard.alive()) XmListSelectPos(combo->wList, combo->iDefaultPos, notify != 0);
+        if (scope.alive()) XmListSelectPos(combo->wList, combo->iDefaultPos, notify != 0);
     }
     XtFree(current);
 }
 
 XC_API void GuiDestroyCombo(GuiCombo *combo) {
     xc::trace(kTraceDestroy, 1, "GuiDestroyCombo(%p)", static_cast<void *>(combo));
-    if (combo == nullptr) return;
-    Serving::destroyed(combo);
-    /* Destruction may move the focus; no handler may reach the handle after it goes. */
-    removeBehaviour(combo);
-    if (combo->bListShown == 1) closeDropDown(combo);
-    /* A list made by XmCreateScrolledList would take its scrolled window with it; that
-    ** window belongs to whoever made it (a plugin screen destroys it itself) and goes
-    ** with its parent otherwise. */
-    XtRemoveCallback(combo->wList, XmNdestroyCallback, _XmDestroyParentCallback, nullptr);
-    XtDestroyWidget(combo->wText);
-    XtDestroyWidget(combo->wButton);
-    XtDestroyWidget(combo->wList);
-    MemFreeInternal(&combo);
+    if (combo != nullptr) xc::ControlScope::destroyWhenIdle(combo, destroyNow);
 }
 
 XC_API void GuiComboSetSensitive(GuiCombo *combo, int32_t flag) {
-    if (!present(combo, "GuiComboSetSensitive")) return;
+    if (!xc::haveHandle(combo, __func__)) return;
     XtSetSensitive(combo->wText, flag != 0);
     XtSetSensitive(combo->wButton, flag != 0);
 }
 
 XC_API void GuiComboSetDefaultSelection(GuiCombo *combo, int32_t notify) {
-    if (!present(combo, "GuiComboSetDefaultSelection")) return;
-    Serving guard(combo);
+    if (!xc::haveHandle(combo, __func__)) return;
+    xc::ControlScope scope(combo, destroyNow);
     setText(combo, "");
-    if (!guard.alive()) return;
+    if (!scope.alive()) return;
     /* The list's callback shows the default item's text in any case; bNotify decides
     ** whether the client hears of it. */
     combo->bNotify = notify == 1 ? 1 : 0;
     XmListSelectPos(combo->wList, combo->iDefaultPos, True);
-    if (guard.alive()) combo->bNotify = 1;
+    combo->bNotify = 1;
 }
 
 XC_API void GuiComboSelectDefault(GuiCombo *combo) { GuiComboSetDefaultSelection(combo, 1); }
 
 XC_API void GuiComboSetEmpty(GuiCombo *combo) {
-    if (present(combo, "GuiComboSetEmpty")) setText(combo, "");
+    if (xc::haveHandle(combo, __func__)) setText(combo, "");
 }
 
 XC_API void GuiComboSetText(GuiCombo *combo, const char *text) {
-    if (present(combo, "GuiComboSetText") && text != nullptr) setText(combo, text);
+    if (xc::haveHandle(combo, __func__) && text != nullptr) setText(combo, text);
 }
 
 } // extern "C"

@@ -9,12 +9,15 @@
 #include <Xm/TextF.h>
 #include <X11/xpm.h>
 
+#include <initializer_list>
+
 #include "guicommon.h"
 
 namespace {
 
 constexpr int32_t kTracePixmapFailed = 502;
-constexpr int32_t kTraceBadArgument = 503;
+constexpr int32_t kTraceNoParent = 530;
+constexpr int32_t kTraceForeignListParent = 531;
 
 /* The drop button's picture: a black arrow pointing down over a short bar. */
 const char *const kComboArrow[] = {
@@ -86,10 +89,9 @@ Widget makeEntry(Widget parent, bool editable, Widget *text, Widget *button) {
     return frame;
 }
 
-/* The label beside the frame, vertically centred on it. */
+/* The label beside the frame; only its left and right edges are attached, so that it
+** keeps its own height whatever the parent's. */
 void placeLabel(Widget label, Widget frame, bool labelLeft) {
-    XtVaSetValues(label, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment,
-                  XmATTACH_FORM, nullptr);
     if (labelLeft) {
         XtVaSetValues(label, XmNleftAttachment, XmATTACH_FORM, nullptr);
         XtVaSetValues(frame, XmNleftWidget, label, XmNleftOffset, 5, XmNleftAttachment,
@@ -133,6 +135,18 @@ Widget makeDropDown(Widget listParent, Widget parent, bool below, int32_t visibl
     return makeManaged(XmCreateScrolledList, listParent, "QZ_serverSelectionInput", args, n);
 }
 
+void destroyCompanion(Widget, XtPointer companion, XtPointer) {
+    XtDestroyWidget(static_cast<Widget>(companion));
+}
+
+/* The combo destroys its list last (the scrolled window goes with it, Motif's doing):
+** the frame around the field and the label follow it, so that a combo takes all that
+** was built for it. */
+void destroyWithList(Widget list, std::initializer_list<Widget> companions) {
+    for (Widget companion : companions)
+        XtAddCallback(list, XmNdestroyCallback, destroyCompanion, companion);
+}
+
 } // namespace
 
 extern "C" XC_API GuiCombo *GuiCreateComboAndWidgets(Widget parent, Widget listParent,
@@ -140,11 +154,12 @@ extern "C" XC_API GuiCombo *GuiCreateComboAndWidgets(Widget parent, Widget listP
                                                      int32_t listBelow, int32_t visibleItems,
                                                      int32_t userEntry) {
     if (parent == nullptr || listParent == nullptr) {
-        xc::trace(kTraceBadArgument, 1, "GuiCreateComboAndWidgets without a parent");
+        xc::trace(kTraceNoParent, 1, "GuiCreateComboAndWidgets without a parent");
         return nullptr;
     }
     if (XtParent(parent) != listParent)
-        xc::trace(kTraceBadArgument, 1, "Combo list parent does not hold the combo's parent");
+        xc::trace(kTraceForeignListParent, 1,
+                  "Combo list parent does not hold the combo's parent");
     Widget text = nullptr, button = nullptr;
     Widget frame = makeEntry(parent, userEntry == 1, &text, &button);
     Widget label = nullptr;
@@ -157,5 +172,6 @@ extern "C" XC_API GuiCombo *GuiCreateComboAndWidgets(Widget parent, Widget listP
     placeLabel(label, frame, labelLeft == 1);
     placeEntry(text, button);
     Widget list = makeDropDown(listParent, parent, listBelow == 1, visibleItems);
+    destroyWithList(list, {frame, label});
     return GuiManageCombo(text, button, list);
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int32_t kMsgBadMonth = 501;
+constexpr int32_t kMsgBadMonth = 524;
 constexpr xc::ServerTimeTraces kServerTimeTraces{503, 504};
 constexpr int32_t kFirstYear = 1900;
 constexpr int32_t kLastYear = 3000;
@@ -132,7 +132,7 @@ extern "C" {
 
 XC_API GuiDateInput *GuiManageDateInput(Widget wYear, Widget wMonth, Widget wDay, Widget wUp,
                                         Widget wDown) {
-    if (!xc::haveWidgets(__func__, {wYear, wMonth, wDay, wUp, wDown})) return nullptr;
+    if (!xc::haveStepperWidgets(__func__, {wYear, wMonth, wDay}, wUp, wDown)) return nullptr;
     fillMonthNames();
     auto *input = xc::allocateRecord<GuiDateInput>(__func__);
     if (input == nullptr) return nullptr;
@@ -159,8 +159,10 @@ XC_API void GuiDateInputSet(GuiDateInput *pInput, int32_t iYear, int32_t iMonth,
     }
     xc::ControlScope scope(pInput, destroyNow);
     xc::writeTwoDigits(pInput->wYear, iYear);
+    if (!scope.alive()) return;
     /* The name first: the report it triggers still sees the old number. */
     writeMonthName(pInput, iMonth);
+    if (!scope.alive()) return;
     storeMonth(pInput, iMonth);
     xc::writeTwoDigits(pInput->wDay, iDay);
 }

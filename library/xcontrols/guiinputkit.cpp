@@ -1,16 +1,41 @@
-/* guiinputkit.cpp - pieces that the date, time and number inputs share. */
+/* guiinputkit.cpp - pieces that the input controls share. */
 #include "guiinputkit.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <X11/IntrinsicP.h>
+#include <Xm/ArrowB.h>
+#include <Xm/List.h>
+#include <Xm/PushB.h>
+#include <Xm/TextF.h>
 
 #include "guicommon.h"
 
 namespace xc {
 
 namespace {
-constexpr int32_t kMsgBadArgument = 201;
+
+constexpr int32_t kMsgNoWidget = 540;
+constexpr int32_t kMsgNullArgument = 541;
+constexpr int32_t kMsgOutOfMemory = 542;
+constexpr int32_t kMsgWrongClass = 543;
+
 ControlScope *gInnermostScope = nullptr;
+
+bool fitsRole(Widget w, WidgetRole role) {
+    switch (role) {
+    case WidgetRole::TextField: return XtIsSubclass(w, xmTextFieldWidgetClass);
+    case WidgetRole::TextInput:
+        return XtIsSubclass(w, xmTextFieldWidgetClass) || XtIsSubclass(w, xmTextWidgetClass);
+    case WidgetRole::StepButton:
+        return XtIsSubclass(w, xmPushButtonWidgetClass) ||
+               XtIsSubclass(w, xmArrowButtonWidgetClass);
+    case WidgetRole::PushButton: return XtIsSubclass(w, xmPushButtonWidgetClass);
+    case WidgetRole::List: return XtIsSubclass(w, xmListWidgetClass);
+    }
+    return false;
+}
+
 } // namespace
 
 ControlScope::ControlScope(void *record, Destroyer destroy)
@@ -21,6 +46,12 @@ ControlScope::ControlScope(void *record, Destroyer destroy)
 ControlScope::~ControlScope() {
     gInnermostScope = outer_;
     if (destroyRequested_) destroy_(record_);
+}
+
+bool ControlScope::alive() const {
+    for (const ControlScope *scope = this; scope != nullptr; scope = scope->outer_)
+        if (scope->record_ == record_ && scope->destroyRequested_) return false;
+    return true;
 }
 
 void ControlScope::destroyWhenIdle(void *record, Destroyer destroy) {
@@ -48,25 +79,37 @@ void setSensitive(std::initializer_list<Widget> widgets, int32_t sensitive) {
     for (Widget w : widgets) XtSetSensitive(w, sensitive != 0);
 }
 
-bool haveWidgets(const char *function, std::initializer_list<Widget> widgets) {
-    for (Widget w : widgets) {
-        if (w == nullptr) {
-            trace(kMsgBadArgument, -1, "%s: a widget is missing", function);
+bool haveWidgets(const char *function, std::initializer_list<NeededWidget> widgets) {
+    for (const NeededWidget &needed : widgets) {
+        if (needed.widget == nullptr) {
+            trace(kMsgNoWidget, -1, "%s: a widget is missing", function);
+            return false;
+        }
+        if (!fitsRole(needed.widget, needed.role)) {
+            trace(kMsgWrongClass, -1, "%s: %s is of the wrong class (%s)", function,
+                  XtName(needed.widget), XtClass(needed.widget)->core_class.class_name);
             return false;
         }
     }
     return true;
 }
 
+bool haveStepperWidgets(const char *function, std::initializer_list<Widget> fields, Widget up,
+                        Widget down) {
+    for (Widget field : fields)
+        if (!haveWidgets(function, {{field, WidgetRole::TextInput}})) return false;
+    return haveWidgets(function, {{up, WidgetRole::StepButton}, {down, WidgetRole::StepButton}});
+}
+
 bool haveHandle(const void *handle, const char *function) {
     if (handle != nullptr) return true;
-    trace(kMsgBadArgument, -1, "%s: null argument", function);
+    trace(kMsgNullArgument, -1, "%s: null argument", function);
     return false;
 }
 
 void *allocateRecord(std::size_t size, const char *function) {
     void *record = MemAllocateFromPool(size, pool());
-    if (record == nullptr) trace(kMsgBadArgument, -1, "%s: out of memory", function);
+    if (record == nullptr) trace(kMsgOutOfMemory, -1, "%s: out of memory", function);
     else MemZero(record, size);
     return record;
 }

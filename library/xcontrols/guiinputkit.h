@@ -1,4 +1,5 @@
-/* guiinputkit.h - pieces that the date, time and number inputs share (private). */
+/* guiinputkit.h - pieces that the input controls share: the combo box and the date,
+** time and number inputs (private). */
 #ifndef XC_GUIINPUTKIT_H
 #define XC_GUIINPUTKIT_H
 
@@ -41,11 +42,13 @@ void destroyControl(void *record, const std::array<InputHook, N> &hooks,
 /* XtSetSensitive on the widgets in the order given (non-zero flag: sensitive). */
 void setSensitive(std::initializer_list<Widget> widgets, int32_t sensitive);
 
-/* Marks a stretch of a control's own code that writes its fields. A field write runs
-** the caller's value callback, which may destroy the control; the destroy then waits
-** until the outermost stretch of that control ends, so that its code never runs on a
-** freed record and Motif never returns into a text field destroyed under it (outside
-** an event dispatch Xt destroys widgets at once). */
+/* Marks a stretch of a control's own code that calls out: a field write runs the
+** caller's value callbacks, a list selection the client's selection callback, and any
+** of them may destroy the control. The destroy then waits until the outermost stretch
+** of that control ends, so that its code never runs on a freed record and Motif never
+** returns into a widget destroyed under it (outside an event dispatch Xt destroys
+** widgets at once). After every call out the stretch asks alive() and stops when the
+** control is to go; a doomed control calls its client no more. */
 class ControlScope {
 public:
     using Destroyer = void (*)(void *record);
@@ -53,6 +56,9 @@ public:
     ~ControlScope();
     ControlScope(const ControlScope &) = delete;
     ControlScope &operator=(const ControlScope &) = delete;
+
+    /* False once the control was asked to go while its code runs. */
+    bool alive() const;
 
     /* Destroys the control now, or, while code of it is running, when its outermost
     ** scope ends. */
@@ -65,8 +71,27 @@ private:
     ControlScope *outer_;
 };
 
-/* False, with a trace naming `function`, when a widget that a control needs is null. */
-bool haveWidgets(const char *function, std::initializer_list<Widget> widgets);
+/* The classes of widget that a control accepts in one place; the library's own
+** builders pass exactly these. */
+enum class WidgetRole {
+    TextField,  /* XmTextField */
+    TextInput,  /* XmTextField or XmText */
+    StepButton, /* XmPushButton or XmArrowButton: anything else has no arm callback */
+    PushButton, /* XmPushButton */
+    List,       /* XmList */
+};
+struct NeededWidget {
+    Widget widget;
+    WidgetRole role;
+};
+
+/* False, with a trace naming `function`, when a widget that a control needs is null or
+** of a class its role does not accept. */
+bool haveWidgets(const char *function, std::initializer_list<NeededWidget> widgets);
+/* haveWidgets for an input made of text fields (TextInput) and an up and a down button
+** (StepButton). */
+bool haveStepperWidgets(const char *function, std::initializer_list<Widget> fields, Widget up,
+                        Widget down);
 /* False, with a trace naming `function`, when an operation is given a null handle or
 ** out pointer. */
 bool haveHandle(const void *handle, const char *function);
@@ -130,10 +155,12 @@ struct FieldStepper {
     static void onFocus(Widget field, XtPointer data, XtPointer) {
         moveHighlight(&inputOf(data)->wCurrent, field);
     }
-    /* Every change of any field is reported, typed or written. */
+    /* Every change of any field is reported, typed or written, until the control is
+    ** to go. */
     static void onValueChanged(Widget, XtPointer data, XtPointer) {
         Input *input = inputOf(data);
-        if (input->fnCallback == nullptr) return;
+        ControlScope scope(input, destroy);
+        if (input->fnCallback == nullptr || !scope.alive()) return;
         int32_t time = 0;
         timeOf(&time, input);
         input->fnCallback(input, input->pClientData, &time);

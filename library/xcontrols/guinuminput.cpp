@@ -124,6 +124,7 @@ void onDisarm(Widget, XtPointer data, XtPointer) {
 void onLosingFocus(Widget text, XtPointer data, XtPointer) {
     xc::ControlScope scope(data, destroyNow);
     step(inputOf(data), nullptr);
+    if (!scope.alive()) return;
     XtVaSetValues(text, XmNcursorPositionVisible, False, nullptr);
     char *value = XmTextGetString(text);
     XtVaSetValues(text, XmNvalue, value, nullptr);
@@ -136,7 +137,8 @@ void onFocus(Widget text, XtPointer, XtPointer) {
 
 void onValueChanged(Widget text, XtPointer data, XtPointer) {
     GuiNumInput *input = inputOf(data);
-    if (input->fnCallback == nullptr) return;
+    xc::ControlScope scope(input, destroyNow);
+    if (input->fnCallback == nullptr || !scope.alive()) return;
     int32_t value = xc::fieldNumber(text);
     input->fnCallback(text, input->pClientData, &value);
 }
@@ -171,7 +173,7 @@ extern "C" {
 XC_API GuiNumInput *GuiManageNumInput(Widget wText, Widget wUp, Widget wDown, int32_t iMax,
                                       int32_t iMin, int32_t iInitial, int32_t iWidth,
                                       int32_t bWrap) {
-    if (!xc::haveWidgets(__func__, {wText, wUp, wDown})) return nullptr;
+    if (!xc::haveStepperWidgets(__func__, {wText}, wUp, wDown)) return nullptr;
     if (gDisplay == nullptr) {
         gDisplay = XtDisplay(wText);
         gAppContext = XtWidgetToApplicationContext(wText);
@@ -199,7 +201,7 @@ XC_API int GuiNumInputSet(GuiNumInput *pInput, int32_t iValue) {
     std::snprintf(text, sizeof text, "%ld", static_cast<long>(iValue));
     xc::ControlScope scope(pInput, destroyNow);
     XtVaSetValues(pInput->wText, XmNvalue, text, nullptr);
-    step(pInput, nullptr);
+    if (scope.alive()) step(pInput, nullptr);
     return 1;
 }
 

@@ -22,7 +22,7 @@ int filledDigits(int32_t width) {
 extern "C" XC_API void GuiSetUpDownValue(Widget wText, int32_t iDirection, int32_t iMin,
                                          int32_t iMax, int32_t iWidth) {
     xc::trace(kMsgSetUpDown, 1, "GuiSetUpDownValue()");
-    if (!xc::haveWidgets(__func__, {wText})) return;
+    if (!xc::haveWidgets(__func__, {{wText, xc::WidgetRole::TextInput}})) return;
 
     /* Wide enough that stepping past the ends of the 32-bit range cannot overflow. */
     int64_t value = xc::fieldNumber(wText);

@@ -54,7 +54,7 @@ bool inRange(int32_t value, int32_t last) { return value >= 0 && value <= last; 
 void writeBoth(GuiTimeInput *input, long hours, long minutes) {
     xc::ControlScope scope(input, destroyNow);
     xc::writeTwoDigits(input->wHours, hours);
-    xc::writeTwoDigits(input->wMinutes, minutes);
+    if (scope.alive()) xc::writeTwoDigits(input->wMinutes, minutes);
 }
 
 } // namespace
@@ -63,7 +63,7 @@ extern "C" {
 
 XC_API GuiTimeInput *GuiManageTimeInput(Widget wHours, Widget wMinutes, Widget wUp,
                                         Widget wDown) {
-    if (!xc::haveWidgets(__func__, {wHours, wMinutes, wUp, wDown})) return nullptr;
+    if (!xc::haveStepperWidgets(__func__, {wHours, wMinutes}, wUp, wDown)) return nullptr;
     auto *input = xc::allocateRecord<GuiTimeInput>(__func__);
     if (input == nullptr) return nullptr;
     *input = GuiTimeInput{wHours, wMinutes, wUp, wDown, wHours, nullptr, nullptr, 0, 0, 0, 0};

@@ -83,6 +83,24 @@ private:
     int count_ = 0;
 };
 
+/* A client that destroys its control from the first report it gets and counts the
+** reports that still reach it afterwards (there must be none). */
+template <typename Handle, void (*destroy)(Handle *)>
+struct CloseOnFirstReport {
+    Handle *input;
+    int lateReports = 0;
+    template <typename Source>
+    static void onValue(Source, void *data, int32_t *) {
+        auto *self = static_cast<CloseOnFirstReport *>(data);
+        if (self->input == nullptr) {
+            ++self->lateReports;
+            return;
+        }
+        destroy(self->input);
+        self->input = nullptr;
+    }
+};
+
 /* The text of a text field or text widget. */
 inline std::string textOf(Widget w) {
     char *text = XmTextGetString(w);

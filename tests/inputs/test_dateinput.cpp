@@ -297,14 +297,15 @@ TEST_F(DateInputTest, DestroyFromTheReportOfAMonthStepWaitsForTheStepToFinish) {
     EXPECT_EQ(closer.input, nullptr);
 }
 
-/* Outside an event dispatch the widgets go at once: the set must not write on. */
-TEST_F(DateInputTest, DestroyFromTheReportOfASetWaitsForTheSetToFinish) {
-    show(2024, 3, 31);
-    CloseOnMonth closer{input, 3};
-    GuiAddDateInputCallback(input, CloseOnMonth::onValue, &closer);
-    GuiDateInputSet(input, 2025, 6, 1);
-    EXPECT_EQ(closer.input, nullptr);
+/* Outside an event dispatch the widgets go at once: the set must neither write on into
+** destroyed fields nor report the month and the day to a client that closed the input. */
+TEST_F(DateInputTest, DestroyFromTheReportOfASetEndsTheSetAndItsReports) {
+    inputs::CloseOnFirstReport<GuiDateInput, GuiDateInputDestroy> closer{input};
+    GuiAddDateInputCallback(input, closer.onValue, &closer);
     input = nullptr;
+    GuiDateInputSet(closer.input, 2025, 6, 1);
+    EXPECT_EQ(closer.input, nullptr);
+    EXPECT_EQ(closer.lateReports, 0);
 }
 
 TEST_F(DateInputTest, NullArgumentsAreTracedAndIgnored) {

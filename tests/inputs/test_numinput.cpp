@@ -292,6 +292,17 @@ TEST_F(NumInputTest, DestroyFromItsOwnReportWhileRepeatingLeavesNoTimerBehind) {
     EXPECT_EQ(closer.reports, 2) << "2 and 3, then nothing";
 }
 
+/* The check on leaving the field writes the clamped value, whose report closes the
+** input: the field is not written, nor reported, once more. */
+TEST_F(NumInputTest, DestroyFromTheReportOfTheFocusOutCheckEndsTheCheck) {
+    inputs::CloseOnFirstReport<GuiNumInput, GuiNumInputDestroy> closer{make(10, 1, 5, 0, 0)};
+    retype(text, "99");
+    GuiAddNumInputCallback(closer.input, closer.onValue, &closer);
+    xt::click(spare());
+    EXPECT_EQ(closer.input, nullptr);
+    EXPECT_EQ(closer.lateReports, 0);
+}
+
 TEST_F(NumInputTest, NullHandlesAreTracedAndIgnored) {
     int32_t value = 42;
     EXPECT_EQ(GuiNumInputSet(nullptr, 1), 0);

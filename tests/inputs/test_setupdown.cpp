@@ -1,6 +1,19 @@
-/* test_setupdown.cpp - stepping and checking the number in one text field. */
+/* test_setupdown.cpp - stepping and checking the number in one text field, and the
+** checks of their arguments that all input controls share. */
 #include "inputs_support.h"
+
+#include <functional>
+#include <set>
+
+#include <Xm/Label.h>
+#include <Xm/List.h>
+#include <Xm/PushB.h>
+
+#include "xcontrols/guicombo.h"
+#include "xcontrols/guidateinput.h"
+#include "xcontrols/guinuminput.h"
 #include "xcontrols/guisetupdown.h"
+#include "xcontrols/guitimeinput.h"
 
 namespace {
 
@@ -96,6 +109,81 @@ TEST_F(SetUpDownTest, EachCallWritesOneTraceLine) {
 TEST_F(SetUpDownTest, ANullWidgetIsTracedAndIgnored) {
     GuiSetUpDownValue(nullptr, GUI_UPDOWN_UP, 0, 9, 0);
     EXPECT_TRUE(hasTrace("GuiSetUpDownValue: a widget is missing"));
+}
+
+/* Each control takes only the classes of widget that it can work with; one of another
+** class ("bad", in the place the row says) is traced and the control refused. */
+TEST_F(SetUpDownTest, WidgetsOfTheWrongClassAreTracedAndRefused) {
+    auto make = [this](const char *name, WidgetClass cls) {
+        return XtVaCreateManagedWidget(name, cls, form(), nullptr);
+    };
+    Widget good = field("good", 4), list = make("list", xmListWidgetClass);
+    Widget button = make("button", xmPushButtonWidgetClass);
+    struct Row {
+        const char *function;
+        WidgetClass badClass;
+        std::function<bool(Widget bad)> made;
+    };
+    const Row rows[] = {
+        {"GuiManageCombo", xmPushButtonWidgetClass,
+         [&](Widget bad) { return GuiManageCombo(bad, button, list) != nullptr; }},
+        {"GuiManageCombo", xmArrowButtonWidgetClass,
+         [&](Widget bad) { return GuiManageCombo(good, bad, list) != nullptr; }},
+        {"GuiManageCombo", xmTextFieldWidgetClass,
+         [&](Widget bad) { return GuiManageCombo(good, button, bad) != nullptr; }},
+        {"GuiManageNumInput", xmLabelWidgetClass,
+         [&](Widget bad) {
+             return GuiManageNumInput(bad, button, button, 9, 0, 1, 0, 0) != nullptr;
+         }},
+        {"GuiManageNumInput", xmListWidgetClass,
+         [&](Widget bad) {
+             return GuiManageNumInput(good, button, bad, 9, 0, 1, 0, 0) != nullptr;
+         }},
+        {"GuiManageDateInput", xmPushButtonWidgetClass,
+         [&](Widget bad) {
+             return GuiManageDateInput(good, bad, good, button, button) != nullptr;
+         }},
+        {"GuiManageDateInput", xmTextFieldWidgetClass,
+         [&](Widget bad) { return GuiManageDateInput(good, good, good, bad, button) != nullptr; }},
+        {"GuiManageTimeInput", xmLabelWidgetClass,
+         [&](Widget bad) { return GuiManageTimeInput(good, bad, button, button) != nullptr; }},
+        {"GuiManageTimeInput", xmLabelWidgetClass,
+         [&](Widget bad) { return GuiManageTimeInput(good, good, button, bad) != nullptr; }},
+        {"GuiSetUpDownValue", xmLabelWidgetClass, [&](Widget bad) {
+             GuiSetUpDownValue(bad, GUI_UPDOWN_UP, 0, 9, 0);
+             return false;
+         }},
+    };
+    int row = 0;
+    for (const Row &r : rows) {
+        Widget bad = make("bad", r.badClass);
+        clearTraces();
+        EXPECT_FALSE(r.made(bad)) << "row " << row;
+        EXPECT_TRUE(hasTraceContaining(std::string(r.function) + ": bad is of the wrong class"))
+            << "row " << row;
+        XtDestroyWidget(bad);
+        ++row;
+    }
+}
+
+/* A trace number stands for one message: the controls' failure lines all differ, and
+** none takes the number of the date input's time-server fallback. */
+TEST_F(SetUpDownTest, EachMessageOfTheControlsHasItsOwnNumber) {
+    Widget up = XtVaCreateManagedWidget("up", xmPushButtonWidgetClass, form(), nullptr);
+    Widget down = XtVaCreateManagedWidget("down", xmPushButtonWidgetClass, form(), nullptr);
+    GuiDateInput *date = GuiManageDateInput(field("y", 4), field("m", 4), field("d", 2), up, down);
+    clearTraces();
+    GuiChangeComboSelection(nullptr, 1, 1);
+    GuiCreateComboAndWidgets(nullptr, form(), "x", 1, 1, 5, 0);
+    GuiManageNumInput(nullptr, up, down, 9, 0, 1, 0, 0);
+    GuiManageNumInput(up, up, down, 9, 0, 1, 0, 0);
+    GuiDateInputSet(date, 2024, 13, 1);
+    std::set<int32_t> numbers;
+    for (const xt::TraceLine &line : traces()) numbers.insert(line.msgNo);
+    EXPECT_EQ(traces().size(), 5u);
+    EXPECT_EQ(numbers.size(), traces().size());
+    EXPECT_EQ(numbers.count(503), 0u);
+    GuiDateInputDestroy(date);
 }
 
 TEST_F(SetUpDownTest, WorksOnMultiLineTextWidgetsToo) {

@@ -201,22 +201,14 @@ TEST_F(TimeInputTest, DestroyFromACallbackOfAFocusedFieldReachesNoFreedRecord) {
 }
 
 /* Outside an event dispatch the widgets go at once: the set must not write the minutes
-** into a destroyed field after the hours' report destroyed the input. */
-TEST_F(TimeInputTest, DestroyFromTheReportOfASetWaitsForTheSetToFinish) {
-    struct Closer {
-        GuiTimeInput *input;
-        static void onValue(GuiTimeInput *, void *data, int32_t *) {
-            auto *self = static_cast<Closer *>(data);
-            if (self->input == nullptr) return;
-            GuiTimeInputDestroy(self->input);
-            self->input = nullptr;
-        }
-    };
-    Closer closer{input};
-    GuiAddTimeInputCallback(input, Closer::onValue, &closer);
+** into a destroyed field, nor report them, after the hours' report destroyed the input. */
+TEST_F(TimeInputTest, DestroyFromTheReportOfASetEndsTheSetAndItsReports) {
+    inputs::CloseOnFirstReport<GuiTimeInput, GuiTimeInputDestroy> closer{input};
+    GuiAddTimeInputCallback(input, closer.onValue, &closer);
     input = nullptr;
     GuiTimeInputSet(closer.input, 12, 34);
     EXPECT_EQ(closer.input, nullptr);
+    EXPECT_EQ(closer.lateReports, 0);
 }
 
 TEST_F(TimeInputTest, NullArgumentsAreTracedAndIgnored) {
