@@ -135,10 +135,6 @@ TEST_F(SetUpDownTest, WidgetsOfTheWrongClassAreTracedAndRefused) {
          [&](Widget bad) {
              return GuiManageNumInput(bad, button, button, 9, 0, 1, 0, 0) != nullptr;
          }},
-        {"GuiManageNumInput", xmListWidgetClass,
-         [&](Widget bad) {
-             return GuiManageNumInput(good, button, bad, 9, 0, 1, 0, 0) != nullptr;
-         }},
         {"GuiManageDateInput", xmPushButtonWidgetClass,
          [&](Widget bad) {
              return GuiManageDateInput(good, bad, good, button, button) != nullptr;
@@ -147,8 +143,6 @@ TEST_F(SetUpDownTest, WidgetsOfTheWrongClassAreTracedAndRefused) {
          [&](Widget bad) { return GuiManageDateInput(good, good, good, bad, button) != nullptr; }},
         {"GuiManageTimeInput", xmLabelWidgetClass,
          [&](Widget bad) { return GuiManageTimeInput(good, bad, button, button) != nullptr; }},
-        {"GuiManageTimeInput", xmLabelWidgetClass,
-         [&](Widget bad) { return GuiManageTimeInput(good, good, button, bad) != nullptr; }},
         {"GuiSetUpDownValue", xmLabelWidgetClass, [&](Widget bad) {
              GuiSetUpDownValue(bad, GUI_UPDOWN_UP, 0, 9, 0);
              return false;
