@@ -34,7 +34,7 @@ const ReadBmpErrnoMsg ReadBmpErrnoMsgs[7] = {
 
 namespace {
 
-enum TraceNo : int32_t { kTraceFilterDummy = 1, kTraceNoWidget = 2, kTraceNoDisplay = 3 };
+enum TraceNo : int32_t { kTraceFilterDummy = 11, kTraceNoWidget = 12, kTraceNoDisplay = 13 };
 
 /* Every picture is made on this display. */
 Display *gDisplay = nullptr;

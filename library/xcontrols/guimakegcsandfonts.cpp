@@ -28,11 +28,11 @@ Pixmap comboPixmap = 0;
 namespace {
 
 enum TraceNo : int32_t {
-    kTraceCreate = 1,
-    kTraceLoadFailed = 2,
-    kTraceNoFont = 3,
-    kTraceNoWidget = 4,
-    kTraceNoFontList = 5,
+    kTraceCreate = 21,
+    kTraceLoadFailed = 22,
+    kTraceNoFont = 23,
+    kTraceNoWidget = 24,
+    kTraceNoFontList = 25,
 };
 
 constexpr const char *kFontPattern = "*helv*med*r*normal*12*";

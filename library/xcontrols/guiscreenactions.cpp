@@ -32,20 +32,20 @@ int closeScreen(Widget button) {
     XtPointer job = nullptr;
     XtVaGetValues(button, XmNuserData, &job, nullptr);
     const long jobId = static_cast<long>(reinterpret_cast<intptr_t>(job));
-    trace(501, 0, "close plugin screen for job %ld", jobId);
+    trace(901, 0, "close plugin screen for job %ld", jobId);
     requestClose(static_cast<int32_t>(jobId));
     return 0;
 }
 
 int setAction(void *targetNode, ScreenItem *target, Widget w) {
-    trace(502, 0, "Process SET action");
+    trace(902, 0, "Process SET action");
     if (w == nullptr) return 1;
-    trace(503, 0, "Got a widget to action");
+    trace(903, 0, "Got a widget to action");
     if (target->itemType == selectionItem) {
-        trace(504, 0, "Action for Selecition");
+        trace(904, 0, "Action for Selecition");
         setToggle(w, True);
     } else if (target->itemType == RadioButton) {
-        trace(505, 0, "Action for Radio Button");
+        trace(905, 0, "Action for Radio Button");
         GuiSetRadioButton(targetNode);
     }
     return 1;
@@ -61,28 +61,28 @@ int processAction(void *ctx, void *element) {
     Widget w = outerWidget(target);
     switch (walk.inverted ? invert(action->kind) : action->kind) {
     case ACTION_SHOW:
-        trace(506, 0, "Process SHOW action");
+        trace(906, 0, "Process SHOW action");
         if (w) {
             target->hidden = 0;
             mapWidget(w);
         }
         return 1;
     case ACTION_HIDE:
-        trace(507, 0, "Process HIDE action");
+        trace(907, 0, "Process HIDE action");
         if (w) {
             target->hidden = 1;
             unmapWidget(w);
         }
         return 1;
     case ACTION_ALLOW_INPUT:
-        trace(508, 0, "Process ALLOW INPUT action");
+        trace(908, 0, "Process ALLOW INPUT action");
         if (w) {
             target->disabled = 0;
             XtSetSensitive(w, True);
         }
         return 1;
     case ACTION_DISALLOW_INPUT:
-        trace(509, 0, "Process DISALLOW INPUT action");
+        trace(909, 0, "Process DISALLOW INPUT action");
         if (w) {
             target->disabled = 1;
             XtSetSensitive(w, False);
@@ -91,11 +91,11 @@ int processAction(void *ctx, void *element) {
     case ACTION_SET:
         return setAction(targetNode, target, w);
     case ACTION_CLEAR:
-        trace(510, 0, "Process CLEAR action");
+        trace(910, 0, "Process CLEAR action");
         if (w && target->itemType == selectionItem) setToggle(w, False);
         return 1;
     case ACTION_CLOSE:
-        trace(511, 0, "Process CLOSE action");
+        trace(911, 0, "Process CLOSE action");
         return w && target->itemType == PushButton ? closeScreen(w) : 1;
     default:
         return 1;
@@ -123,12 +123,12 @@ using namespace xc::screen;
 extern "C" XC_API void GuiSetRadioButton(void *hButtonNode) {
     ScreenItem *button = itemOf(hButtonNode);
     if (guiDataOf(button) != nullptr) {
-        xc::trace(512, 0, "Got oGuiData");
-        if (outerRecord(button) != nullptr) xc::trace(513, 0, "We have a valid radio button widget to set");
+        xc::trace(912, 0, "Got oGuiData");
+        if (outerRecord(button) != nullptr) xc::trace(913, 0, "We have a valid radio button widget to set");
     }
     if (button != nullptr) {
         if (TreeNodeHasParent(hButtonNode)) TreeWalkFromNode(TreeNodeParent(hButtonNode), switchOff, nullptr, 0);
         if (Widget w = outerWidget(button)) setToggle(w, True);
     }
-    xc::trace(514, 0, "GuiSetRadioButton END");
+    xc::trace(914, 0, "GuiSetRadioButton END");
 }

@@ -43,7 +43,7 @@ Widget referenceWidget(const ItemIndex &index, Widget self, int32_t refId) {
     Widget ref = outerWidget(index.find(refId));
     if (ref == nullptr || ref == self) return nullptr;
     if (XtParent(ref) != XtParent(self)) {
-        trace(201, 0, "Attachment item %ld is not in the same form", static_cast<long>(refId));
+        trace(211, 0, "Attachment item %ld is not in the same form", static_cast<long>(refId));
         return nullptr;
     }
     return ref;
@@ -151,7 +151,7 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
         measure(cells[i].widget, &width, &height);
         width = static_cast<Dimension>(width + kSizeMargin);
         height = static_cast<Dimension>(height + kSizeMargin);
-        trace(202, 0, "For row %ld col %ld item is %ld wide by %ld high", static_cast<long>(row),
+        trace(212, 0, "For row %ld col %ld item is %ld wide by %ld high", static_cast<long>(row),
               static_cast<long>(column), static_cast<long>(width), static_cast<long>(height));
         if (height > rowHeights[row]) rowHeights[row] = height;
         if (width > columnWidths[column]) columnWidths[column] = width;
@@ -165,7 +165,7 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
             .add(XmNleftAttachment, XmATTACH_FORM).add(XmNrightAttachment, XmATTACH_NONE)
             .add(XmNleftOffset, x).add(XmNtopOffset, y);
         XtSetValues(cells[i].widget, place.list(), place.count());
-        trace(203, 0, "For row %ld col %ld place at %ld %ld", static_cast<long>(row),
+        trace(213, 0, "For row %ld col %ld place at %ld %ld", static_cast<long>(row),
               static_cast<long>(column), static_cast<long>(x), static_cast<long>(y));
         /* A child's own attachments win over its cell, as if it were laid out after it. */
         applyAttachments(index, cells[i].item, cells[i].widget);
