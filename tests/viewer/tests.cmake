@@ -12,8 +12,7 @@ if(TARGET test_viewer)
 endif()
 # The end-to-end test drives the built viewer through its window.
 if(TARGET test_viewer_e2e)
-  target_compile_definitions(test_viewer_e2e PRIVATE XCV_VIEWER="$<TARGET_FILE:xcontrols-view>"
-    XCV_E2E_SCREENS="${PROJECT_SOURCE_DIR}/examples/screens")
+  target_compile_definitions(test_viewer_e2e PRIVATE XCV_VIEWER="$<TARGET_FILE:xcontrols-view>")
   add_dependencies(test_viewer_e2e xcontrols-view)
 endif()
 # The loader once more under AddressSanitizer and UndefinedBehaviorSanitizer, with its
