@@ -1,79 +1,89 @@
 /* kxtest.h - the base for base-runtime tests: every test gives back what it took. */
 #ifndef KX_TEST_H
 #define KX_TEST_H
-
 #include <gtest/gtest.h>
-
+#include <unistd.h>
 #include <cstdlib>
+#include <optional>
 #include <string>
-
+#include <vector>
 #include "kx.h"
-
 namespace kxtest {
-
-/* Fails a test that leaves the pools with more or fewer live blocks than it found. */
+/* Fails a test that leaves the pools with more or fewer live blocks or objects than it found. */
 class PoolTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        liveAtStart_ = MemLiveCountAllPools();
-        objectsAtStart_ = ObjLiveCount();
+        blocks_ = MemLiveCountAllPools();
+        objects_ = ObjLiveCount();
     }
     void TearDown() override {
-        EXPECT_EQ(MemLiveCountAllPools(), liveAtStart_) << "pool blocks leaked or lost";
-        EXPECT_EQ(ObjLiveCount(), objectsAtStart_) << "objects leaked or lost";
+        EXPECT_EQ(MemLiveCountAllPools(), blocks_) << "pool blocks leaked or lost";
+        EXPECT_EQ(ObjLiveCount(), objects_) << "objects leaked or lost";
     }
-    uint32_t pool() const { return MemGetDefaultPoolId(); }
+    static uint32_t pool() { return MemGetDefaultPoolId(); }
 
 private:
-    int64_t liveAtStart_ = 0;
-    int64_t objectsAtStart_ = 0;
+    int64_t blocks_ = 0, objects_ = 0;
 };
-
-/* Sets an environment variable for a scope and restores the old value. */
-class ScopedEnv {
+/* A zeroed object in the default pool, laid out as "o;s;i;p;" unless told otherwise. */
+inline void *make(uint32_t tag, const char *signature = "o;s;i;p;", uint32_t size = 32) {
+    void *h = nullptr;
+    EXPECT_TRUE(ObjCreateInternal(&h, size, tag, signature, 0, MemGetDefaultPoolId())) << signature;
+    return h;
+}
+/* Helpers that install something process-wide for their lifetime cannot be copied. */
+struct Pinned {
+    Pinned() = default;
+    Pinned(const Pinned &) = delete;
+    Pinned &operator=(const Pinned &) = delete;
+};
+/* Sets (or, given null, removes) an environment variable for a scope. */
+class ScopedEnv : Pinned {
 public:
     ScopedEnv(const char *name, const char *value) : name_(name) {
-        const char *old = std::getenv(name);
-        hadOld_ = old != nullptr;
-        if (hadOld_) old_ = old;
-        if (value) setenv(name, value, 1);
-        else unsetenv(name);
+        if (const char *old = std::getenv(name)) old_ = old;
+        value ? setenv(name, value, 1) : unsetenv(name);
     }
-    ~ScopedEnv() {
-        if (hadOld_) setenv(name_.c_str(), old_.c_str(), 1);
-        else unsetenv(name_.c_str());
-    }
-    ScopedEnv(const ScopedEnv &) = delete;
-    ScopedEnv &operator=(const ScopedEnv &) = delete;
+    ~ScopedEnv() { old_ ? setenv(name_.c_str(), old_->c_str(), 1) : unsetenv(name_.c_str()); }
 
 private:
     std::string name_;
-    std::string old_;
-    bool hadOld_ = false;
+    std::optional<std::string> old_;
 };
-
 /* A pool string as a std::string (null as "<null>"), freed. */
 inline std::string take(char *s) {
     std::string text = s ? s : "<null>";
     MemFreeInternal(&s);
     return text;
 }
-
+/* A new empty file under /tmp; the caller removes it. */
+inline std::string tempFile() {
+    char path[] = "/tmp/kxtestXXXXXX";
+    const int fd = mkstemp(path);
+    EXPECT_GE(fd, 0);
+    close(fd);
+    return path;
+}
 /* Gathers the bytes of every block that MemFreeSecret gives back, as they are then. */
-class FreedSecrets {
-public:
+struct FreedSecrets : Pinned {
     FreedSecrets() { MemSetFreedSecretHook(record, this); }
     ~FreedSecrets() { MemSetFreedSecretHook(nullptr, nullptr); }
-    FreedSecrets(const FreedSecrets &) = delete;
-    FreedSecrets &operator=(const FreedSecrets &) = delete;
-    std::string bytes;
-
-private:
     static void record(void *ctx, const void *block, size_t size) {
         static_cast<FreedSecrets *>(ctx)->bytes.append(static_cast<const char *>(block), size);
     }
+    std::string bytes;
 };
-
+/* Captures every trace line as "component|number|sub|level|text". */
+struct TraceLines : Pinned {
+    TraceLines() { TraceSetCaptureHook(record, this); }
+    ~TraceLines() { TraceSetCaptureHook(nullptr, nullptr); }
+    static void record(void *ctx, const char *component, int32_t no, int32_t sub, int32_t level,
+                       const char *text) {
+        static_cast<TraceLines *>(ctx)->lines.push_back(
+            std::string(component) + "|" + std::to_string(no) + "|" + std::to_string(sub) + "|" +
+            std::to_string(level) + "|" + text);
+    }
+    std::vector<std::string> lines;
+};
 } // namespace kxtest
-
 #endif
