@@ -288,8 +288,9 @@ typedef struct oUpdateScreen {
 ** free the screen from inside it. A CLOSE that an item runs while GuiCreatePlgScreen or
 ** GuiUpdatePlgScreen builds or updates the screen (a toggle or a combo box reports its
 ** first state as it is built) is held until that entry point has finished, so that the
-** screen stands whole when the client frees it; several such CLOSEs make one call, with
-** the first one's job. */
+** screen stands whole when the client frees it; one that a control runs from a program
+** call (GuiChangeComboSelection with notify, say) is held until the control's code has
+** returned. Several such CLOSEs make one call, with the first one's job. */
 typedef int (*GuiPlgCloseFn)(int32_t jobId, void *hFlag);
 
 /* ---- Entry points ------------------------------------------------------------------- */

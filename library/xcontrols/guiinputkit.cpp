@@ -1,6 +1,8 @@
 /* guiinputkit.cpp - pieces that the input controls share. */
 #include "guiinputkit.h"
 
+#include <utility>
+
 #include <cstdio>
 #include <cstdlib>
 #include <X11/IntrinsicP.h>
@@ -21,6 +23,7 @@ constexpr int32_t kMsgOutOfMemory = 542;
 constexpr int32_t kMsgWrongClass = 543;
 
 ControlScope *gInnermostScope = nullptr;
+void (*gWhenAllClosed)() = nullptr;
 
 bool fitsRole(Widget w, WidgetRole role) {
     switch (role) {
@@ -46,7 +49,12 @@ ControlScope::ControlScope(void *record, Destroyer destroy)
 ControlScope::~ControlScope() {
     gInnermostScope = outer_;
     if (destroyRequested_) destroy_(record_);
+    if (gInnermostScope == nullptr && gWhenAllClosed != nullptr) std::exchange(gWhenAllClosed, nullptr)();
 }
+
+bool ControlScope::anyOpen() { return gInnermostScope != nullptr; }
+
+void ControlScope::whenAllClosed(void (*fn)()) { gWhenAllClosed = fn; }
 
 bool ControlScope::alive() const {
     for (const ControlScope *scope = this; scope != nullptr; scope = scope->outer_)

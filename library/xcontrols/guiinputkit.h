@@ -64,6 +64,12 @@ public:
     ** scope ends. */
     static void destroyWhenIdle(void *record, Destroyer destroy);
 
+    /* True while code of any control runs. */
+    static bool anyOpen();
+    /* Has `fn` called once, when the outermost scope of all ends (after the destroys
+    ** that waited for it): work that may free controls waits for it. */
+    static void whenAllClosed(void (*fn)());
+
 private:
     void *record_;
     Destroyer destroy_;

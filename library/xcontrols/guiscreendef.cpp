@@ -1,8 +1,8 @@
 /* guiscreendef.cpp - plugin screens: the entry points, the create dispatch and the
 ** close callback. */
 #include <new>
-#include <utility>
 
+#include "guiinputkit.h"
 #include "guiscreenitem.h"
 
 extern "C" {
@@ -88,8 +88,10 @@ int createNode(void *parent, void *node) {
 
 /* ---- The close callback ----------------------------------------------------------------
 ** A CLOSE that an item runs while an entry point builds or updates the screen (a toggle
-** or a combo box reporting its first state) is held until the entry point has finished:
-** the client frees the screen from the callback, which must not happen under the build. */
+** or a combo box reporting its first state) is held until the entry point has finished,
+** and one that a control's callback runs (a combo's selection made by a program call)
+** until the control's code has returned: the client frees the screen from the callback,
+** which must not happen under the build or under a control that is still working. */
 
 int gEntryDepth = 0;
 bool gClosePending = false;
@@ -113,14 +115,27 @@ void buildScreen(Widget parent, void *tree) {
     batch.finish();
 }
 
+/* Calls the close callback held back, once nothing of the library that the client may
+** free is running any more. */
+void releaseHeldClose() {
+    if (!gClosePending || gEntryDepth > 0) return;
+    if (ControlScope::anyOpen()) {
+        ControlScope::whenAllClosed(releaseHeldClose);
+        return;
+    }
+    gClosePending = false;
+    callClose(gPendingJob);
+}
+
 void requestClose(int32_t jobId) {
-    if (gEntryDepth == 0) {
+    if (gEntryDepth == 0 && !ControlScope::anyOpen()) {
         callClose(jobId);
         return;
     }
     trace(112, 0, "Close for job %ld held until the screen stands", static_cast<long>(jobId));
     if (!gClosePending) gPendingJob = jobId;
     gClosePending = true;
+    releaseHeldClose();
 }
 
 } // namespace xc::screen
@@ -146,7 +161,8 @@ template <typename Work>
 int entered(const char *entry, Work &&work) noexcept {
     ++gEntryDepth;
     const int result = guarded(entry, work);
-    if (--gEntryDepth == 0 && std::exchange(gClosePending, false)) callClose(gPendingJob);
+    --gEntryDepth;
+    releaseHeldClose();
     return result;
 }
 
