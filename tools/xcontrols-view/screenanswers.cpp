@@ -2,6 +2,9 @@
 ** the item data that the library writes while a screen is shown. */
 #include <cstring>
 #include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -134,15 +137,24 @@ ordered_json valueOf(void *node) {
     return value.size() > 1 ? value : ordered_json();
 }
 
+/* The values by item id, the first item of an id in pre-order winning. The ordered
+** object searches its keys one by one on every insertion; the ids seen are kept in a
+** table instead, and entries are appended to the object's vector directly, so that a
+** screen of thousands of items is answered in linear time. */
 struct Collect {
     ordered_json values = ordered_json::object();
+    std::unordered_set<int32_t> seen;
 };
 
 int collectValue(void *ctx, void *node) {
     auto *collect = static_cast<Collect *>(ctx);
+    const ScreenItem *item = itemOf(node);
+    const int32_t id = item ? item->itemId : 0;
     ordered_json value = valueOf(node);
-    std::string key = std::to_string(itemOf(node) ? itemOf(node)->itemId : 0);
-    if (!value.is_null() && !collect->values.contains(key)) collect->values[key] = value;
+    if (value.is_null() || !collect->seen.insert(id).second) return 1;
+    using Entries = std::vector<ordered_json::object_t::value_type>;
+    Entries &entries = collect->values.get_ref<ordered_json::object_t &>();
+    entries.emplace_back(std::to_string(id), std::move(value));
     return 1;
 }
 
