@@ -6,7 +6,11 @@
 #include <Xm/List.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
+#include "guidateinput.h"
+#include "guinuminput.h"
+#include "guitimeinput.h"
 #include "screens.h"
+#include "xcontrols/guicombo.h"
 namespace xt {
 /* When the shell gets its windows: after the screen is built into the still unrealized
 ** form, before (the screen goes into a form already shown), or never. */
@@ -22,8 +26,7 @@ inline std::string textOf(Widget field) {
     XtFree(text);
     return copy;
 }
-/* Clicks entry `position` of a list, after a pause so that two clicks never make a
-** double click. */
+/* Clicks a list entry, after a pause so that two clicks never make a double click. */
 inline void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
     pumpFor(static_cast<int>(XtGetMultiClickTime(display())) + 50);
     Position x = 0, y = 0;
@@ -32,17 +35,20 @@ inline void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
     if (modifier == NoSymbol) click(list, x + w / 2, y + h / 2);
     else clickWith(modifier, list, x + w / 2, y + h / 2);
 }
-
 inline Widget outer(const Screen &s, int32_t id) { return outerWidget(s.item(id)); }
 inline Widget value(const Screen &s, int32_t id) { return valueWidget(s.item(id)); }
 template <typename T> T *data(const Screen &s, int32_t id) {
     return static_cast<T *>(s.item(id)->itemData);
 }
-/* The control of an item (numInput, dateInput, timeInput, combo of its last record). */
-template <typename T> T *control(const Screen &s, int32_t id, void *GuiWidgetRecord::*m) {
+/* The control of an item, kept in its last widget record; null when it has none. */
+template <typename T, void *GuiWidgetRecord::*M> T *control(const Screen &s, int32_t id) {
     GuiWidgetRecord *rec = lastRecord(s.item(id));
-    return rec ? static_cast<T *>(rec->*m) : nullptr;
+    return rec ? static_cast<T *>(rec->*M) : nullptr;
 }
+constexpr auto numInputOf = &control<GuiNumInput, &GuiWidgetRecord::numInput>;
+constexpr auto dateInputOf = &control<GuiDateInput, &GuiWidgetRecord::dateInput>;
+constexpr auto timeInputOf = &control<GuiTimeInput, &GuiWidgetRecord::timeInput>;
+constexpr auto comboOf = &control<GuiCombo, &GuiWidgetRecord::combo>;
 /* Shown/hidden, enabled/disabled: the record and the widget agree. */
 inline bool shownItem(const Screen &s, int32_t id) {
     return s.item(id)->hidden == 0 && isMapped(outer(s, id));
@@ -129,8 +135,6 @@ protected:
 /* A one-column grid (item 100) that keeps the items of a test apart on the display. */
 inline void *column(Screen &s) { return s.add(nullptr, RowColManager, 100, rowColData(1)); }
 } // namespace xt
-#define XT_BOTH_WAYS(suite, first)                                                           \
-    INSTANTIATE_TEST_SUITE_P(Ways, suite, ::testing::Values(xt::Shown::first,                \
-                                                            xt::Shown::BeforeBuild),         \
-                             xt::shownName)
+#define XT_BOTH_WAYS(suite, first) INSTANTIATE_TEST_SUITE_P(Ways, suite, \
+    ::testing::Values(xt::Shown::first, xt::Shown::BeforeBuild), xt::shownName)
 #endif

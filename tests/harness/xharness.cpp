@@ -1,30 +1,22 @@
 /* xharness.cpp - the test harness: display, XTest input, error and leak checks. */
 #include "xharness.h"
-
 #include <X11/Shell.h>
 #include <X11/XKBlib.h>
 #include <X11/extensions/XTest.h>
 #include <Xm/Form.h>
-#include <Xm/Xm.h>
-
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <thread>
-
 #include "kx.h"
 #include "xsnapshot.h"
-
 namespace xt {
 namespace {
-
 Display *gDisplay = nullptr;
 XtAppContext gApp = nullptr;
 int gErrors = 0;
 int gLastError = 0;
 std::vector<TraceLine> gTraces;
-
 int onXError(Display *dpy, XErrorEvent *ev) {
     char text[256];
     XGetErrorText(dpy, ev->error_code, text, sizeof text);
@@ -34,14 +26,12 @@ int onXError(Display *dpy, XErrorEvent *ev) {
     gLastError = ev->error_code;
     return 0;
 }
-
 void onTrace(void *, const char *component, int32_t msgNo, int32_t sub, int32_t level,
              const char *text) {
     std::string comp(component ? component : "");
     while (!comp.empty() && comp.back() == ' ') comp.pop_back();
     gTraces.push_back({comp, msgNo, sub, level, text ? text : ""});
 }
-
 void open() {
     if (gDisplay) return;
     XSetErrorHandler(onXError);
@@ -60,25 +50,19 @@ void open() {
     XSetErrorHandler(onXError);
     TraceSetCaptureHook(onTrace, nullptr);
 }
-
 void sleepMs(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
 long nowMs() {
     using namespace std::chrono;
-    return static_cast<long>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+    return static_cast<long>(
+        duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
-
 void sync() { XSync(gDisplay, False); }
-
 KeyCode code(KeySym sym) { return XKeysymToKeycode(display(), sym); }
-
 } // namespace
-
 Display *display() { open(); return gDisplay; }
 XtAppContext app() { open(); return gApp; }
 int xErrorCount() { return gErrors; }
 int lastXErrorCode() { return gLastError; }
-
 void pump(int idleMs) {
     open();
     sync();
@@ -93,18 +77,9 @@ void pump(int idleMs) {
         }
     }
 }
-
-void pumpFor(int ms) {
-    open();
-    long end = nowMs() + ms;
-    while (nowMs() < end) {
-        sync();
-        if (XtAppPending(gApp)) XtAppProcessEvent(gApp, XtIMAll);
-        else sleepMs(1);
-    }
-}
-
+void pumpFor(int ms) { pumpUntil([] { return false; }, ms); }
 bool pumpUntil(const std::function<bool()> &done, int timeoutMs) {
+    open();
     long end = nowMs() + timeoutMs;
     while (!done()) {
         if (nowMs() > end) return false;
@@ -114,32 +89,24 @@ bool pumpUntil(const std::function<bool()> &done, int timeoutMs) {
     }
     return true;
 }
-
 Geometry geometry(Widget w) {
     Position x = 0, y = 0;
     Dimension width = 0, height = 0;
     XtVaGetValues(w, XtNx, &x, XtNy, &y, XtNwidth, &width, XtNheight, &height, nullptr);
     return {x, y, width, height};
 }
-
 void rootPosition(Widget w, int *rx, int *ry) {
     Window child;
     XTranslateCoordinates(XtDisplay(w), XtWindow(w), DefaultRootWindow(XtDisplay(w)), 0, 0, rx,
                           ry, &child);
 }
-
-bool isViewable(Widget w) {
-    if (!XtIsRealized(w)) return false;
+static int mapState(Widget w) {
     XWindowAttributes a;
-    return XGetWindowAttributes(XtDisplay(w), XtWindow(w), &a) && a.map_state == IsViewable;
+    return XtIsRealized(w) && XGetWindowAttributes(XtDisplay(w), XtWindow(w), &a) ? a.map_state
+                                                                                  : IsUnmapped;
 }
-
-bool isMapped(Widget w) {
-    if (!XtIsRealized(w)) return false;
-    XWindowAttributes a;
-    return XGetWindowAttributes(XtDisplay(w), XtWindow(w), &a) && a.map_state != IsUnmapped;
-}
-
+bool isViewable(Widget w) { return mapState(w) == IsViewable; }
+bool isMapped(Widget w) { return mapState(w) != IsUnmapped; }
 void movePointer(Widget w, int x, int y) {
     Geometry g = geometry(w);
     if (x < 0) x = g.width / 2;
@@ -149,24 +116,20 @@ void movePointer(Widget w, int x, int y) {
     XTestFakeMotionEvent(display(), -1, rx + x, ry + y, CurrentTime);
     pump(10);
 }
-
 void pressPointer(int button) {
     XTestFakeButtonEvent(display(), button, True, CurrentTime);
     pump(10);
 }
-
 void releasePointer(int button) {
     XTestFakeButtonEvent(display(), button, False, CurrentTime);
     pump(10);
 }
-
 void click(Widget w, int x, int y, int button) {
     movePointer(w, x, y);
     pressPointer(button);
     releasePointer(button);
     pump();
 }
-
 void clickWith(KeySym modifier, Widget w, int x, int y) {
     movePointer(w, x, y);
     XTestFakeKeyEvent(display(), code(modifier), True, CurrentTime);
@@ -175,30 +138,25 @@ void clickWith(KeySym modifier, Widget w, int x, int y) {
     XTestFakeKeyEvent(display(), code(modifier), False, CurrentTime);
     pump();
 }
-
 void pressKey(KeySym sym) {
     XTestFakeKeyEvent(display(), code(sym), True, CurrentTime);
     pump(5);
 }
-
 void releaseKey(KeySym sym) {
     XTestFakeKeyEvent(display(), code(sym), False, CurrentTime);
     pump(5);
 }
-
 void key(KeySym sym) {
     pressKey(sym);
     releaseKey(sym);
     pump();
 }
-
 void keyWith(KeySym modifier, KeySym sym) {
     XTestFakeKeyEvent(display(), code(modifier), True, CurrentTime);
     key(sym);
     XTestFakeKeyEvent(display(), code(modifier), False, CurrentTime);
     pump();
 }
-
 void type(const char *text) {
     for (const char *p = text; *p; ++p) {
         char name[2] = {*p, 0};
@@ -214,7 +172,6 @@ void type(const char *text) {
     }
     pump();
 }
-
 void focus(Widget w) {
     Widget top = w;
     while (XtParent(top)) top = XtParent(top);
@@ -224,12 +181,10 @@ void focus(Widget w) {
     XmProcessTraversal(w, XmTRAVERSE_CURRENT);
     pump();
 }
-
 bool snapshot(Widget w, const std::string &path) {
     pump();
     return XSnapshotWindowToPng(XtDisplay(w), XtWindow(w), path.c_str()) == 1;
 }
-
 void XTest::SetUp() {
     open();
     pump(5);
@@ -241,7 +196,6 @@ void XTest::SetUp() {
     form_ = XmCreateForm(shell_, const_cast<char *>("screen"), nullptr, 0);
     XtManageChild(form_);
 }
-
 void XTest::realize(int width, int height) {
     XtVaSetValues(shell_, XtNwidth, width, XtNheight, height, nullptr);
     XtRealizeWidget(shell_);
@@ -249,7 +203,6 @@ void XTest::realize(int width, int height) {
     XSetInputFocus(gDisplay, XtWindow(shell_), RevertToParent, CurrentTime);
     pump();
 }
-
 void XTest::TearDown() {
     pump(5);
     if (shell_) XtDestroyWidget(shell_);
@@ -260,24 +213,18 @@ void XTest::TearDown() {
         EXPECT_EQ(MemLiveCountAllPools() - liveAtStart_, 0) << "pool blocks leaked by the test";
     }
 }
-
 const std::vector<TraceLine> &XTest::traces() const { return gTraces; }
 void XTest::clearTraces() { gTraces.clear(); }
-
 int XTest::countTrace(const std::string &text) const {
     int n = 0;
     for (const auto &t : gTraces) n += t.text == text;
     return n;
 }
-
 bool XTest::hasTrace(const std::string &text) const { return countTrace(text) > 0; }
-
 bool XTest::hasTraceContaining(const std::string &part) const {
     for (const auto &t : gTraces)
         if (t.text.find(part) != std::string::npos) return true;
     return false;
 }
-
 int64_t XTest::poolGrowth() const { return MemLiveCountAllPools() - liveAtStart_; }
-
 } // namespace xt

@@ -1,53 +1,38 @@
 /* xharness.h - the test harness: a real X display, real input through XTest, X error
 ** and leak checks, and captured trace lines.
-**
-** Every test that derives from XTest gets, in SetUp, a fresh top-level shell with a form
-** (not realized: call realize() when the test needs windows), and in TearDown:
-**   - a failure for every X protocol error raised during the test;
-**   - a failure when the pools hold more or fewer live blocks than at the start (call
-**     expectLeakCheck(false) in a test that deliberately keeps memory);
-**   - the shell destroyed.
-** Input goes through XTest and the Xt event loop, never by calling callbacks.
-**
-** Include this header before any X header: X's `None` macro breaks GoogleTest. */
+** A test deriving from XTest gets in SetUp a fresh shell with a form (not realized: call
+** realize()), and in TearDown a failure for every X protocol error and for pool blocks
+** live more or fewer than at the start (expectLeakCheck(false) for a test that keeps
+** memory on purpose), then the shell destroyed. Input goes through XTest and the Xt event
+** loop, never by calling callbacks. Include before any X header (X's `None` breaks gtest). */
 #ifndef XC_XHARNESS_H
 #define XC_XHARNESS_H
-
 #include <gtest/gtest.h>
-
 #include <X11/Intrinsic.h>
 #include <X11/keysym.h>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
-
 namespace xt {
-
 /* The process-wide display and application context (opened on first use). */
 Display *display();
 XtAppContext app();
-
 /* X protocol errors seen so far in the process, and the last one's error code. */
 int xErrorCount();
 int lastXErrorCode();
-
 /* One captured trace line. */
 struct TraceLine {
     std::string component;
-    int32_t msgNo;
-    int32_t sub;
-    int32_t level;
+    int32_t msgNo, sub, level;
     std::string text;
 };
-
 /* Processes X and Xt events (timers included) until none is pending for `idleMs`. */
 void pump(int idleMs = 30);
 /* Processes events for `ms` milliseconds, whatever arrives. */
 void pumpFor(int ms);
 /* Processes events until `done` returns true or `timeoutMs` passes; the result of done. */
 bool pumpUntil(const std::function<bool()> &done, int timeoutMs = 2000);
-
 /* Geometry of a widget relative to its parent, as the server and Xt see it after
 ** layout (read from the widget after pumping). */
 struct Geometry { int x, y, width, height; };
@@ -58,7 +43,6 @@ void rootPosition(Widget w, int *rx, int *ry);
 bool isViewable(Widget w);
 /* True when the widget's own window is mapped (whatever its ancestors). */
 bool isMapped(Widget w);
-
 /* Real input. Coordinates are relative to the widget; by default its centre. */
 void movePointer(Widget w, int x = -1, int y = -1);
 void pressPointer(int button = 1);
@@ -73,29 +57,24 @@ void keyWith(KeySym modifier, KeySym sym);  /* with Shift, Control, ... held */
 void type(const char *text);                /* printable ASCII, Shift where needed */
 /* Gives the keyboard focus to the widget's shell window and the widget inside it. */
 void focus(Widget w);
-
 /* The base class of tests that use the display. */
 class XTest : public ::testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
-
     Widget shell() const { return shell_; }
     Widget form() const { return form_; }
     /* Sizes the shell, realizes it and waits until it is mapped. */
     void realize(int width = 640, int height = 480);
     void expectLeakCheck(bool on) { leakCheck_ = on; }
-
     /* Captured trace lines since SetUp (or since clearTraces). */
     const std::vector<TraceLine> &traces() const;
     void clearTraces();
     int countTrace(const std::string &text) const;   /* lines whose text equals text */
     bool hasTrace(const std::string &text) const;     /* some line equals text */
     bool hasTraceContaining(const std::string &part) const;
-
     /* Live blocks of all pools now, minus at SetUp. */
     int64_t poolGrowth() const;
-
 private:
     Widget shell_ = nullptr;
     Widget form_ = nullptr;
@@ -103,10 +82,7 @@ private:
     int64_t liveAtStart_ = 0;
     bool leakCheck_ = true;
 };
-
 /* Writes the window of `w` to a PNG (for looking at layouts while developing). */
 bool snapshot(Widget w, const std::string &path);
-
 } // namespace xt
-
 #endif
