@@ -99,34 +99,26 @@ std::string storedText(const Screen &s, int32_t id) {
     const char *text = static_cast<EditBoxData *>(s.item(id)->itemData)->text;
     return text ? text : "<null>";
 }
-TEST_P(EditBoxes, OneRowIsAPlainTextThatRefusesCharactersBeyondItsLength) {
-    Screen s;
-    s.add(nullptr, EditBox, 1, editBoxData(8, 12, 1));
-    show(s);
-    Widget text = value(s, 1);
-    ASSERT_EQ(widgetCount(s.item(1)), 1);
-    EXPECT_EQ(outer(s, 1), text);
-    EXPECT_TRUE(XtIsSubclass(text, xmTextWidgetClass));
-    focus(text);
-    type("abcdefghi");
-    EXPECT_EQ(storedText(s, 1), "abcdefgh");
-    EXPECT_EQ(countTrace("new value is abcdefgh"), 1);
-    destroy(s);
-}
-TEST_P(EditBoxes, RowsZeroGiveAScrolledMultiLineText) {
-    Screen s;
-    s.add(nullptr, EditBox, 1, editBoxData(0, 0, 0));
-    show(s);
-    Widget text = value(s, 1);
-    ASSERT_EQ(widgetCount(s.item(1)), 2);
-    EXPECT_TRUE(XtIsSubclass(outer(s, 1), xmScrolledWindowWidgetClass));
-    EXPECT_EQ(outer(s, 1), XtParent(text));
-    focus(text);
-    type("ab");
-    key(XK_Return);
-    type("cd");
-    EXPECT_EQ(storedText(s, 1), "ab\ncd");
-    destroy(s);
+/* One row: a plain text that refuses what goes beyond its length; rows 0: a scrolled
+** multi-line text, whose scrolled window is the outer widget. */
+TEST_P(EditBoxes, OneRowIsAPlainTextRowsZeroAScrolledMultiLineText) {
+    for (int32_t rows : {1, 0}) {
+        SCOPED_TRACE(rows);
+        Screen s;
+        s.add(nullptr, EditBox, 1, editBoxData(rows ? 8 : 0, 12, rows));
+        show(s);
+        Widget text = value(s, 1);
+        ASSERT_TRUE(XtIsSubclass(text, xmTextWidgetClass));
+        EXPECT_EQ(outer(s, 1), rows ? text : XtParent(text));
+        EXPECT_EQ(XtIsSubclass(outer(s, 1), xmScrolledWindowWidgetClass), rows == 0);
+        focus(text);
+        type("abcd");
+        key(XK_Return);
+        type("efghi");
+        EXPECT_EQ(storedText(s, 1), rows ? "abcdefgh" : "abcd\nefghi");
+        destroy(s);
+        clearTraces();
+    }
 }
 TEST_P(EditBoxes, EveryKeystrokeReplacesTheStoredTextDownToEmpty) {
     Screen s;

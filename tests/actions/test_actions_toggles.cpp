@@ -46,7 +46,7 @@ TEST_P(Toggles, SetAndClearMoveTheOtherToggleButNotItsStoredFlag) {
         for (bool on : {true, false, true}) {
             click(outer(s, 1)); /* on: SET 9; off: the inverse, CLEAR 9 */
             EXPECT_EQ(toggleOn(s, 9), on);
-            EXPECT_EQ(data<SelectionItemData>(s, 9)->set, followerSet) << "item 9's handler never ran";
+            EXPECT_EQ(data<SelectionItemData>(s, 9)->set, followerSet) << "9's handler never ran";
         }
         click(outer(s, 9)); /* the user's own click is recorded */
         EXPECT_EQ(data<SelectionItemData>(s, 9)->set, 0);

@@ -8,9 +8,12 @@ namespace {
 class Layout : public PlgScreenTest {
 protected:
     /* A form filling the screen form, whose name gives resources to the widgets inside. */
-    Widget namedForm(const char *name, std::initializer_list<std::pair<const char *, const char *>> rs) {
+    using Resources = std::initializer_list<std::pair<const char *, const char *>>;
+    Widget namedForm(const char *name, Resources labelResources) {
         XrmDatabase db = XtDatabase(display());
-        for (const auto &r : rs) XrmPutStringResource(&db, (std::string("*") + name + "*label." + r.first).c_str(), r.second);
+        for (const auto &[resource, value] : labelResources)
+            XrmPutStringResource(&db, ("*" + std::string(name) + "*label." + resource).c_str(),
+                                 value);
         Widget w = XmCreateForm(form(), const_cast<char *>(name), nullptr, 0);
         XtVaSetValues(w, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
                       XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);

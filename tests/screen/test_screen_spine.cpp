@@ -8,7 +8,8 @@ void noteGone(Widget w, XtPointer names, XtPointer) {
     static_cast<std::vector<std::string> *>(names)->push_back(XtName(w));
 }
 TEST_F(Spine, EveryTypeWithoutDataGetsGuiDataAndUnknownCodesAreSkipped) {
-    const uint32_t known[] = {1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 12, 13, 14, 19, 21, 22, 23, 24, 25, 26};
+    const uint32_t known[] = {1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 12, 13, 14, 19, 21, 22, 23, 24, 25,
+                              26};
     const uint32_t unknown[] = {0, 8, 15, 16, 17, 18, 27, 4000000000u};
     Screen s;
     int32_t id = 1;

@@ -9,15 +9,18 @@ const struct DataShape { uint32_t type, tag; const char *signature; uint32_t siz
     XT_SHAPE(GroupBox, GROUPBOX, GroupBoxData), XT_SHAPE(ComboBox, COMBOBOX, ComboBoxData),
     XT_SHAPE(ComboItem, COMBOITEM, ComboItemData), XT_SHAPE(ListBox, LISTBOX, ListBoxData),
     XT_SHAPE(ExtendedListBox, EXTLISTBOX, ExtendedListBoxData),
-    XT_SHAPE(ListItem, LISTITEM, ListItemData), XT_SHAPE(selectionItem, SELECTION, SelectionItemData),
+    XT_SHAPE(ListItem, LISTITEM, ListItemData),
+    XT_SHAPE(selectionItem, SELECTION, SelectionItemData),
     XT_SHAPE(RadioManager, RADIOMANAGER, RadioManagerData),
-    XT_SHAPE(RadioButton, RADIOBUTTON, RadioButtonData), XT_SHAPE(PushButton, PUSHBUTTON, PushButtonData),
+    XT_SHAPE(RadioButton, RADIOBUTTON, RadioButtonData),
+    XT_SHAPE(PushButton, PUSHBUTTON, PushButtonData),
     XT_SHAPE(EditBox, EDITBOX, EditBoxData), XT_SHAPE(NumInput, NUMINPUT, NumInputData),
     XT_SHAPE(Label, LABEL, LabelData), XT_SHAPE(RowColManager, ROWCOL, RowColManagerData),
     XT_SHAPE(DateInput, DATEINPUT, DateInputData), XT_SHAPE(TimeInput, TIMEINPUT, TimeInputData),
     XT_SHAPE(ChangePassword, CHANGEPASSWORD, ChangePasswordData),
-    XT_SHAPE(GetPasswordBox, GETPASSWORD, GetPasswordBoxData), XT_SHAPE(TabPage, TABPAGE, TabPageData),
-    XT_SHAPE(TabManager, TABMANAGER, TabManagerData), XT_SHAPE(StackedTabManager, TABMANAGER, TabManagerData)};
+    XT_SHAPE(GetPasswordBox, GETPASSWORD, GetPasswordBoxData),
+    XT_SHAPE(TabPage, TABPAGE, TabPageData), XT_SHAPE(TabManager, TABMANAGER, TabManagerData),
+    XT_SHAPE(StackedTabManager, TABMANAGER, TabManagerData)};
 #undef XT_SHAPE
 /* Item data of `shape`: every 's' field a text, every 'i' field a small number. */
 void *makeData(const DataShape &shape, std::mt19937 &rng) {
@@ -29,7 +32,8 @@ void *makeData(const DataShape &shape, std::mt19937 &rng) {
             offset += 4;
         } else {
             offset = (offset + 7) & ~size_t(7);
-            if (shape.signature[k] == 's') *reinterpret_cast<char **>(field + offset) = poolText("text");
+            if (shape.signature[k] == 's')
+                *reinterpret_cast<char **>(field + offset) = poolText("text");
             offset += 8;
         }
     }
@@ -42,6 +46,7 @@ void randomScreen(std::mt19937 &rng, Screen &s, int count) {
     static const uint32_t unknown[] = {0, 8, 15, 16, 17, 18, 27, 99, 0xffffffffu};
     const size_t shapes = sizeof kShapes / sizeof kShapes[0];
     auto pick = [&](size_t n) { return n ? rng() % n : 0; };
+    auto number = [&](size_t n, int32_t from = 0) { return static_cast<int32_t>(pick(n)) + from; };
     std::vector<void *> nodes;
     for (int i = 0; i < count; ++i) {
         void *parent = nodes.empty() || pick(4) == 0 ? nullptr : nodes[pick(nodes.size())];
@@ -60,8 +65,7 @@ void randomScreen(std::mt19937 &rng, Screen &s, int count) {
             s.attachNone(id);
             for (int side = 0; side < 4; ++side)
                 if (pick(2))
-                    s.attach(id, side, static_cast<int32_t>(pick(5)), static_cast<int32_t>(pick(101)),
-                             static_cast<int32_t>(pick(count + 3)), static_cast<int32_t>(pick(41)) - 20);
+                    s.attach(id, side, number(5), number(101), number(count + 3), number(41, -20));
         }
         for (size_t a = pick(4); a > 0; --a)
             s.addAction(id, static_cast<int32_t>(pick(count + 3)), static_cast<int32_t>(pick(10)));
@@ -117,7 +121,8 @@ TEST_F(Stress, RandomDefinitionsNeverCrashRaiseXErrorsOrLeak) {
 TEST_F(Stress, DeepNestingIsBuiltAndFreed) {
     Screen s;
     void *parent = nullptr;
-    for (int depth = 0; depth < 60; ++depth) parent = s.add(parent, GroupBox, depth, groupBoxData("level"));
+    for (int depth = 0; depth < 60; ++depth)
+        parent = s.add(parent, GroupBox, depth, groupBoxData("level"));
     s.add(parent, Label, 1000, labelData("bottom"));
     show(s, 1);
     EXPECT_TRUE(isViewable(outer(s, 1000)));

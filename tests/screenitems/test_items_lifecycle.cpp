@@ -4,12 +4,16 @@
 #include "plgscreen.h"
 #include <climits>
 #include <random>
-#include "guidateinput.h"
-#include "guinuminput.h"
-#include "guitimeinput.h"
 namespace xt {
 namespace {
-using Lifecycle = ShownBothWays;
+class Lifecycle : public ShownBothWays {
+protected:
+    static bool shown() { return GetParam() != Shown::Never; }
+    void expectControlsDestroyedOnce() const { /* the date, time and number controls */
+        for (const char *kind : {"6", "7", "8"})
+            EXPECT_EQ(countTrace(std::string("Destroy widget of type ") + kind), 1) << kind;
+    }
+};
 void noteGone(Widget w, XtPointer names, XtPointer) {
     static_cast<std::vector<std::string> *>(names)->push_back(XtName(w));
 }
@@ -21,12 +25,11 @@ void threeItems(Screen &s) {
     s.add(grid, DateInput, 4, dateInputData(dateTime(2030, 1, 31)));
     s.add(grid, TimeInput, 5, timeInputData(timeOfDay(6, 30)));
 }
-bool shown() { return Lifecycle::GetParam() != Shown::Never; }
 TEST_P(Lifecycle, TeardownEndsEachControlBeforeTheWidgetsAroundIt) {
     Screen s;
     threeItems(s);
     show(s, 7, shown());
-    const auto *date = control<GuiDateInput>(s, 4, &GuiWidgetRecord::dateInput);
+    const auto *date = dateInputOf(s, 4);
     ASSERT_NE(date, nullptr);
     std::vector<std::string> gone;
     for (Widget w : {date->wYear, date->wMonth, date->wDay, date->wUp, date->wDown})
@@ -38,9 +41,10 @@ TEST_P(Lifecycle, TeardownEndsEachControlBeforeTheWidgetsAroundIt) {
     }, &gone);
     clearTraces();
     destroy(s);
-    EXPECT_EQ(gone, (std::vector<std::string>{"input", "input", "input", "up", "down", "/", "/", "form"}))
+    EXPECT_EQ(gone, (std::vector<std::string>{"input", "input", "input", "up", "down", "/", "/",
+                                              "form"}))
         << "the date control (year, month, day, buttons), then the labels, then the form";
-    for (const char *kind : {"6", "7", "8"}) EXPECT_EQ(countTrace(std::string("Destroy widget of type ") + kind), 1);
+    expectControlsDestroyedOnce();
     EXPECT_EQ(countTrace("Destroy widget of type 0"), 3 + 1 + 2 + 3 + 2);
 }
 /* A control stretched between two positions of the form, then another control: the form
@@ -64,7 +68,8 @@ TEST_P(Lifecycle, WrongOrMissingItemDataBuildsNothing) {
     s.add(nullptr, TimeInput, 5, labelData("not a time"));
     s.add(nullptr, TimeInput, 6, dateInputData(0));
     show(s, 7, shown());
-    for (int32_t id = 1; id <= 6; ++id) EXPECT_TRUE(s.item(id)->guiData && !widgetCount(s.item(id))) << id;
+    for (int32_t id = 1; id <= 6; ++id)
+        EXPECT_TRUE(s.item(id)->guiData && !widgetCount(s.item(id))) << id;
     EXPECT_EQ(formChildren(), 0u);
     EXPECT_EQ(data<TimeInputData>(s, 4)->time, 5) << "nothing reported into the data";
     clearTraces();
@@ -84,7 +89,7 @@ TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
         EXPECT_TRUE(!rec->combo && !rec->numInput && !rec->dateInput && !rec->timeInput) << id;
     }
     show(s, 8, shown()); /* the client shows the same definition again, then ends it */
-    const auto *number = control<GuiNumInput>(s, 3, &GuiWidgetRecord::numInput);
+    const auto *number = numInputOf(s, 3);
     ASSERT_NE(number, nullptr);
     EXPECT_EQ(textOf(number->wText), "2");
     XtDestroyWidget(outer(s, 4));
@@ -98,22 +103,19 @@ TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
 TEST_P(Lifecycle, PerItemAndWholeScreenUpdatesKeepOrReplaceTheControls) {
     Screen first, patch, next;
     threeItems(first);
-    oScreenDef screen{9, 0, 0, 0, form(), first.tree()};
-    ObjIncRefCount(first.tree());
-    show(first, 9, shown());
+    oScreenDef screen = record(first, 9);
+    if (shown()) pump();
     void *number = lastRecord(first.item(3))->numInput;
     patch.add(nullptr, DateInput, 4, dateInputData(dateTime(2031, 2, 1)));
     patch.add(nullptr, NumInput, 3, numInputData(4, 5, 1));
     patch.item(3)->hidden = 1;
-    oUpdateScreen items{patch.tree(), 0, 0, nullptr};
-    EXPECT_EQ(GuiUpdatePlgScreen(&screen, &items, 1), 1);
+    EXPECT_EQ(update(screen, patch, 1), 1);
     EXPECT_EQ(lastRecord(first.item(3))->numInput, number) << "the control stays";
     EXPECT_TRUE(first.item(3)->hidden == 1 && !isMapped(outer(first, 3)));
     next.add(nullptr, TimeInput, 1, timeInputData(timeOfDay(1, 2)));
-    oUpdateScreen whole{next.tree(), 0, 0, nullptr};
     clearTraces();
-    EXPECT_EQ(GuiUpdatePlgScreen(&screen, &whole, 0), 1);
-    for (const char *kind : {"6", "7", "8"}) EXPECT_EQ(countTrace(std::string("Destroy widget of type ") + kind), 1);
+    EXPECT_EQ(update(screen, next, 0), 1);
+    expectControlsDestroyedOnce();
     EXPECT_NE(lastRecord(next.item(1))->timeInput, nullptr);
     GuiFreeScreenDefAndWidgets(&screen.oPluginScreenDef);
 }
@@ -128,9 +130,10 @@ void randomItems(std::mt19937 &rng, Screen &s, int count) {
     auto value = [&] { return pick(3) == 0 ? static_cast<int32_t>(rng()) : edges[pick(8)]; };
     std::vector<void *> containers;
     for (int i = 0; i < count; ++i) {
-        void *parent = containers.empty() || pick(3) == 0 ? nullptr : containers[pick(containers.size())];
+        void *parent =
+            containers.empty() || pick(3) == 0 ? nullptr : containers[pick(containers.size())];
         const uint32_t type = types[pick(9)], dataType = pick(6) == 1 ? types[pick(9)] : type;
-        void *d = dataType == NumInput ? numInputData(value(), value(), value(), static_cast<int32_t>(pick(12)))
+        void *d = dataType == NumInput ? numInputData(value(), value(), value(), value() & 7)
                   : dataType == DateInput ? dateInputData(value())
                   : dataType == TimeInput ? timeInputData(value())
                   : dataType == GroupBox ? groupBoxData("box")
@@ -149,8 +152,11 @@ int clickArrows(void *tree) {
         Widget arrow = !rec ? nullptr
                        : rec->numInput ? static_cast<GuiNumInput *>(rec->numInput)->wUp
                        : rec->dateInput ? static_cast<GuiDateInput *>(rec->dateInput)->wDown
-                       : rec->timeInput ? static_cast<GuiTimeInput *>(rec->timeInput)->wUp : nullptr;
-        if (arrow && isViewable(arrow)) click(arrow), ++*static_cast<int *>(ctx);
+                       : rec->timeInput ? static_cast<GuiTimeInput *>(rec->timeInput)->wUp
+                                        : nullptr;
+        if (!arrow || !isViewable(arrow)) return 1;
+        click(arrow);
+        ++*static_cast<int *>(ctx);
         return 1;
     }, &clicks, 0);
     return clicks;
@@ -166,13 +172,13 @@ TEST_P(Lifecycle, RandomScreensAreCreatedUpdatedAndFreedWithoutLeaksOrXErrors) {
         randomItems(rng, shown, 1 + round % 12);
         randomItems(rng, patch, 1 + round % 5);
         randomItems(rng, next, 1 + round % 9);
-        oScreenDef screen{round, 0, 0, 0, form(), shown.tree()};
-        ObjIncRefCount(shown.tree());
-        GuiCreatePlgScreen(form(), shown.tree(), round);
-        if (GetParam() == Shown::BeforeBuild && round % 4 == 0) pump(), clicks += clickArrows(shown.tree());
-        oUpdateScreen items{patch.tree(), 0, 0, nullptr}, whole{next.tree(), 0, 0, nullptr};
-        GuiUpdatePlgScreen(&screen, &items, 1);
-        GuiUpdatePlgScreen(&screen, &whole, 0);
+        oScreenDef screen = record(shown, round);
+        if (GetParam() == Shown::BeforeBuild && round % 4 == 0) {
+            pump();
+            clicks += clickArrows(shown.tree());
+        }
+        update(screen, patch, 1);
+        update(screen, next, 0);
         if (round % 10 == 0) pump(1);
         GuiFreeScreenDefAndWidgets(&screen.oPluginScreenDef);
         ASSERT_EQ(xErrorCount(), errorsBefore);

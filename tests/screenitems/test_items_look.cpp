@@ -5,10 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include "guibmploader.h"
-#include "guidateinput.h"
 #include "guimakegcsandfonts.h"
-#include "guinuminput.h"
-#include "guitimeinput.h"
 namespace xt {
 namespace {
 using Look = PlgScreenTest;
@@ -23,7 +20,8 @@ TEST_F(Look, ArrowsShowSignsThenThePicturesAndStayUsable) {
     const std::string pictures = dir ? dir : std::filesystem::temp_directory_path().string();
     for (bool withPictures : {false, true}) {
         SCOPED_TRACE(withPictures ? "pictures" : "signs");
-        if (withPictures) GuiInitLoadBmps(form()), GuiCreateGcsAndFonts(form());
+        if (withPictures) GuiInitLoadBmps(form());
+        if (withPictures) GuiCreateGcsAndFonts(form());
         Screen s;
         void *grid = s.add(nullptr, RowColManager, 100, rowColData(2));
         s.add(grid, Label, 1, labelData("Copies"));
@@ -33,10 +31,11 @@ TEST_F(Look, ArrowsShowSignsThenThePicturesAndStayUsable) {
         s.add(grid, Label, 5, labelData("Start time"));
         s.add(grid, TimeInput, 6, timeInputData(timeOfDay(23, 45)));
         show(s);
-        ASSERT_TRUE(snapshot(shell(), pictures + (withPictures ? "/screen-inputs.png" : "/screen-inputs-signs.png")));
-        const auto *number = control<GuiNumInput>(s, 2, &GuiWidgetRecord::numInput);
-        const auto *date = control<GuiDateInput>(s, 4, &GuiWidgetRecord::dateInput);
-        const auto *time = control<GuiTimeInput>(s, 6, &GuiWidgetRecord::timeInput);
+        const char *name = withPictures ? "/screen-inputs.png" : "/screen-inputs-signs.png";
+        ASSERT_TRUE(snapshot(shell(), pictures + name));
+        const auto *number = numInputOf(s, 2);
+        const auto *date = dateInputOf(s, 4);
+        const auto *time = timeInputOf(s, 6);
         ASSERT_TRUE(number && date && time);
         for (Widget up : {number->wUp, date->wUp, time->wUp}) {
             unsigned char type = 0;
@@ -48,8 +47,8 @@ TEST_F(Look, ArrowsShowSignsThenThePicturesAndStayUsable) {
         expectApart(number->wUp, number->wDown);
         expectApart(date->wUp, date->wDown);
         expectApart(time->wUp, time->wDown);
-        EXPECT_LE(geometry(number->wText).x + geometry(number->wText).width, geometry(number->wUp).x)
-            << "the number's buttons cover its text";
+        const Geometry text = geometry(number->wText);
+        EXPECT_LE(text.x + text.width, geometry(number->wUp).x) << "the buttons cover the text";
         click(number->wUp);
         EXPECT_EQ(data<NumInputData>(s, 2)->value, 4);
         click(date->wDown);

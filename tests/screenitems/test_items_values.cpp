@@ -1,15 +1,9 @@
 // Number, date and time items: what they show at first, and the values that real clicks,
 // typing and focus moves write back into the item data.
 #include "plgscreen.h"
-#include "guidateinput.h"
-#include "guinuminput.h"
-#include "guitimeinput.h"
 namespace xt {
 namespace {
 using Items = PlgScreenTest;
-GuiNumInput *number(const Screen &s, int32_t id) { return control<GuiNumInput>(s, id, &GuiWidgetRecord::numInput); }
-GuiDateInput *date(const Screen &s, int32_t id) { return control<GuiDateInput>(s, id, &GuiWidgetRecord::dateInput); }
-GuiTimeInput *time(const Screen &s, int32_t id) { return control<GuiTimeInput>(s, id, &GuiWidgetRecord::timeInput); }
 /* The local date of a time value as the date input shows it: day, month name, year. */
 std::string shownDateOf(int32_t t) {
     static const char *const months[] = {"BAD", "Jan", "Feb", "Mar", "Apr", "May", "Jun",
@@ -27,15 +21,17 @@ TEST_F(Items, NumberArrowsWriteEachNewValueAndWrapAtTheEnds) {
     Screen s;
     s.add(nullptr, NumInput, 1, numInputData(5, 10, 1, 6));
     show(s);
-    const GuiNumInput *in = number(s, 1);
+    const GuiNumInput *in = numInputOf(s, 1);
     ASSERT_NE(in, nullptr);
-    const Geometry up = geometry(in->wUp), down = geometry(in->wDown), box = geometry(XtParent(in->wUp));
+    const Geometry up = geometry(in->wUp), down = geometry(in->wDown);
+    const Geometry box = geometry(XtParent(in->wUp));
     EXPECT_LE(up.y + up.height, down.y + 1) << "up above down";
     EXPECT_TRUE(up.x + up.width == box.width && down.x + down.width == box.width) << "on the right";
     EXPECT_EQ(geometry(in->wText).x + geometry(in->wText).width, box.width - 15);
     int32_t *value = &data<NumInputData>(s, 1)->value;
     const struct { KeySym arrow; int clicks; const char *text; int32_t value; } rows[] = {
-        {0, 0, "5", 5}, {XK_Up, 1, "6", 6}, {XK_Down, 2, "4", 4}, {XK_Up, 6, "10", 10}, {XK_Up, 1, "1", 1}};
+        {0, 0, "5", 5}, {XK_Up, 1, "6", 6}, {XK_Down, 2, "4", 4}, {XK_Up, 6, "10", 10},
+        {XK_Up, 1, "1", 1}};
     for (const auto &row : rows) {
         for (int i = 0; i < row.clicks; ++i) click(row.arrow == XK_Up ? in->wUp : in->wDown);
         EXPECT_EQ(textOf(in->wText), row.text) << "past the maximum it goes on at the minimum";
@@ -49,7 +45,7 @@ TEST_F(Items, TypingWritesEachChangeAndLeavingTheFieldWritesTheCheckedValue) {
     s.add(grid, NumInput, 1, numInputData(5, 10, 1));
     s.add(grid, NumInput, 2, numInputData(0, 10, 1));
     show(s);
-    Widget field = number(s, 1)->wText, other = number(s, 2)->wText;
+    Widget field = numInputOf(s, 1)->wText, other = numInputOf(s, 2)->wText;
     EXPECT_EQ(textOf(other), "0") << "shown as the control writes it, even outside the range";
     for (auto [typed, left] : {std::pair{"7", "7"}, {"42", "10"}}) {
         retype(field, typed);
@@ -67,9 +63,9 @@ TEST_F(Items, DateZeroShowsTodayAndTheItemThenHoldsTodaysDate) {
     const std::string before = shownDateOf(TimeNow());
     show(s);
     if (shownDateOf(TimeNow()) != before) GTEST_SKIP() << "the date changed during the test";
-    EXPECT_EQ(shownDate(date(s, 1)), before) << "no server offset: today is the local date";
+    EXPECT_EQ(shownDate(dateInputOf(s, 1)), before) << "no server offset: today is the local date";
     int32_t shown = 0;
-    GuiDateInputGetTimeT(&shown, date(s, 1));
+    GuiDateInputGetTimeT(&shown, dateInputOf(s, 1));
     EXPECT_EQ(data<DateInputData>(s, 1)->date, shown) << "the item holds what the fields show";
     destroy(s);
 }
@@ -77,16 +73,19 @@ TEST_F(Items, DateLaysOutDayMonthYearAndStepsTheDayIntoTheItem) {
     Screen s;
     s.add(nullptr, DateInput, 1, dateInputData(dateTime(2024, 2, 28) + 13 * 3600));
     show(s);
-    const GuiDateInput *in = date(s, 1);
+    const GuiDateInput *in = dateInputOf(s, 1);
     ASSERT_NE(in, nullptr);
     EXPECT_EQ(shownDate(in), "28 Feb 2024");
     EXPECT_EQ(XtParent(in->wDay), outer(s, 1));
     Widget row[] = {in->wDay, in->wMonth, in->wYear, in->wUp};
     for (int i = 1; i < 4; ++i) EXPECT_GT(geometry(row[i]).x, geometry(row[i - 1]).x) << i;
-    EXPECT_TRUE(geometry(in->wDown).x == geometry(in->wUp).x && geometry(in->wUp).y < geometry(in->wDown).y);
+    const Geometry up = geometry(in->wUp), down = geometry(in->wDown);
+    EXPECT_TRUE(down.x == up.x && up.y < down.y);
     int32_t *value = &data<DateInputData>(s, 1)->date;
     EXPECT_EQ(*value, dateTime(2024, 2, 28)) << "the initial report gives the day's start";
-    for (auto [arrow, day] : {std::pair{in->wUp, 29}, {in->wUp, 29}, {in->wDown, 28}, {in->wDown, 27}}) {
+    const std::pair<Widget, int> steps[] = {{in->wUp, 29}, {in->wUp, 29}, {in->wDown, 28},
+                                            {in->wDown, 27}};
+    for (auto [arrow, day] : steps) {
         click(arrow);
         EXPECT_EQ(*value, dateTime(2024, 2, day)) << "February 2024 has 29 days";
     }
@@ -94,9 +93,10 @@ TEST_F(Items, DateLaysOutDayMonthYearAndStepsTheDayIntoTheItem) {
 }
 TEST_F(Items, TimeInAGroupBoxLivesInTheBoxsFormAndWritesItsChanges) {
     Screen s;
-    s.add(s.add(nullptr, GroupBox, 1, groupBoxData("When")), TimeInput, 2, timeInputData(timeOfDay(9, 5)));
+    void *box = s.add(nullptr, GroupBox, 1, groupBoxData("When"));
+    s.add(box, TimeInput, 2, timeInputData(timeOfDay(9, 5)));
     show(s);
-    const GuiTimeInput *in = time(s, 2);
+    const GuiTimeInput *in = timeInputOf(s, 2);
     ASSERT_NE(in, nullptr);
     EXPECT_EQ(XtParent(outer(s, 2)), s.item(1)->guiData->childParent);
     EXPECT_EQ(textOf(in->wHours) + ":" + textOf(in->wMinutes), "09:05");
@@ -115,8 +115,8 @@ TEST_F(Items, TimeZeroShowsTheTimeNowAndTheItemThenHoldsIt) {
     show(s);
     KxTimeStruct now{};
     TimeToUTCBreakdownStruct(&now, TimeNow());
-    const int32_t h = std::atoi(textOf(time(s, 1)->wHours).c_str()),
-                  m = std::atoi(textOf(time(s, 1)->wMinutes).c_str());
+    const int32_t h = std::atoi(textOf(timeInputOf(s, 1)->wHours).c_str()),
+                  m = std::atoi(textOf(timeInputOf(s, 1)->wMinutes).c_str());
     EXPECT_LE((now.iHours * 60 + now.iMinutes - h * 60 - m + 1440) % 1440, 1) << h << ":" << m;
     EXPECT_EQ(data<TimeInputData>(s, 1)->time, timeOfDay(h, m));
     destroy(s);
@@ -132,10 +132,10 @@ TEST_F(Items, HandlersWriteIntoDataOfAnyTagButNeverIntoARecordOfAnotherShape) {
     s.item(1)->itemData = timeInputData(0); /* another tag, the same shape */
     ObjReleaseInternal(&s.item(2)->itemData);
     s.item(2)->itemData = labelData("a label"); /* another shape */
-    click(date(s, 1)->wUp);
+    click(dateInputOf(s, 1)->wUp);
     EXPECT_EQ(data<TimeInputData>(s, 1)->time, dateTime(2022, 5, 11));
-    click(number(s, 2)->wUp);
-    EXPECT_EQ(textOf(number(s, 2)->wText), "5");
+    click(numInputOf(s, 2)->wUp);
+    EXPECT_EQ(textOf(numInputOf(s, 2)->wText), "5");
     EXPECT_STREQ(data<LabelData>(s, 2)->text, "a label") << "a text is not overwritten";
     destroy(s);
 }
