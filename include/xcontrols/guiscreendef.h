@@ -206,6 +206,10 @@ typedef struct LabelData { char *text; } LabelData;
 typedef struct RowColManagerData { int32_t columns; } RowColManagerData; /* < 1: one */
 #define GUI_ROWCOL_SIGNATURE "i;"
 
+/* A DateInput's month field holds the longest month name that the date input shows (three
+** letters with the default names, more where the locale's names are longer), not two
+** characters: so that a user who types "jun" gets June by its whole name rather than
+** January by its first letter. */
 typedef struct DateInputData { int32_t date; } DateInputData; /* seconds; 0: now (written) */
 #define GUI_DATEINPUT_SIGNATURE "i;"
 

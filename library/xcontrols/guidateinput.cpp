@@ -1,6 +1,7 @@
 /* guidateinput.cpp - the date input: month names, stepping, checks and the report. */
 #include "xcontrols/guidateinput.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -63,6 +64,18 @@ int32_t parseMonth(const char *text) {
         if (StrCompareRangeNoCase(text, gMonthNames[month], 1) == 0) return month;
     return 0;
 }
+
+} // namespace
+
+int32_t xc::longestMonthName() {
+    fillMonthNames();
+    int32_t longest = 0;
+    for (int32_t month = 1; month <= kMonths; ++month)
+        longest = std::max(longest, StrSize(gMonthNames[month]) - 1);
+    return longest;
+}
+
+namespace {
 
 int32_t daysInShownMonth(const GuiDateInput *input) {
     return TimeDaysInMonth(monthOf(input), xc::fieldNumber(input->wYear));

@@ -173,6 +173,10 @@ struct FieldStepper {
     }
 };
 
+/* The length of the longest month name that date inputs show (the locale's names, read
+** once): what a month field must hold for a user to type any of them. */
+int32_t longestMonthName();
+
 } // namespace xc
 
 #endif

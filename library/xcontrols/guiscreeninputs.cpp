@@ -5,6 +5,7 @@
 #include <Xm/PushB.h>
 #include <Xm/TextF.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "guidateinput.h"
@@ -12,6 +13,7 @@
 #include "guinuminput.h"
 #include "guitimeinput.h"
 
+#include "guiinputkit.h"
 #include "guiscreenitem.h"
 
 namespace xc::screen {
@@ -179,7 +181,8 @@ void buildDateInput(Widget parent, void *node) {
     Widget form = createFieldRow(where);
     Widget day = createField(form, 2, 2, nullptr);
     Widget firstSlash = createSeparator(form, "/", day);
-    Widget month = createField(form, 2, 4, firstSlash);
+    const int32_t monthName = longestMonthName();
+    Widget month = createField(form, monthName, std::max(4, monthName), firstSlash);
     Widget secondSlash = createSeparator(form, "/", month);
     Widget year = createField(form, 4, 4, secondSlash);
     Widget up = nullptr, down = nullptr;
