@@ -1,133 +1,125 @@
-// Plugin screens against raw Motif: build plus layout, and teardown, of screens of 250,
-// 1000 and 4000 items in a realized, shown form, and the library's memory per item (the
-// blocks it keeps for the screen, with the base runtime's headers, from the pool accounting).
+// Plugin screens against raw Motif: build plus layout, and teardown, of a screen of blocks
+// of labels and of a mixed screen as a real plugin sends (nested grids, edit, combo and
+// list boxes, toggles, radio buttons, push buttons, number, date and time inputs), in a
+// realized, shown form; the library's memory per item (the blocks it keeps for the
+// screen, with the base runtime's headers, from the pool accounting); and whether the
+// library's cost scales linearly.
 //
-// The baseline creates the identical widget tree in the cheapest order Motif allows:
-// children created unmanaged, constraints set before managing, one XtManageChildren per
-// parent; it tears down with one XtUnmanageChildren and a destroy per top-level frame.
+// The baseline (rawscreen.cpp) builds the identical widgets in the cheapest order Motif
+// allows and must end with every item's outer widget where the library puts it.
+//
+// Run with --instructions under `valgrind --tool=callgrind --instr-atstart=no`, it counts
+// the client's instructions of each phase at 1000 items instead, one dump per phase
+// (tools/run-bench.sh reads them).
+#include <X11/IntrinsicP.h>
 #include <X11/Shell.h>
 #include <Xm/Form.h>
-#include <Xm/Frame.h>
-#include <Xm/Label.h>
+#include <valgrind/callgrind.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
+#include <cstring>
+#include <string>
 
-#include "screens.h"
+#include "screenparts.h"
 
 namespace {
 
-/* The mix: blocks of ten items, a group box holding a two-column grid of eight labels;
-** blocks stand in four columns by position, each under the block above it. */
-constexpr int kItemsPerBlock = 10;
-constexpr int kLabelsPerBlock = 8;
-constexpr int kBlockColumns = 4;
-const char *kLabelText = "Label text";
+using bench::Kind;
+using bench::Part;
+
+/* ---- The screens ---------------------------------------------------------------------- */
+
+Part leaf(Kind kind) { return {kind, {}}; }
+Part groupBox(Part content) { return {Kind::GroupBox, {std::move(content)}}; }
+Part grid(std::vector<Part> cells) { return {Kind::Grid, std::move(cells)}; }
+
+/* A group box holding a two-column grid of eight labels: 10 items. */
+Part labelBlock() { return groupBox(grid(std::vector<Part>(8, leaf(Kind::Label)))); }
+
+/* Grids in group boxes three deep, with every kind of control: 50 items. */
+Part mixedBlock() {
+    Part inner = groupBox(grid({leaf(Kind::Label), leaf(Kind::Edit), leaf(Kind::Label), leaf(Kind::Number),
+                                leaf(Kind::Label), leaf(Kind::Date), leaf(Kind::Label), leaf(Kind::Time)}));
+    Part middle = groupBox(grid({inner, leaf(Kind::Label), leaf(Kind::MultiLineEdit), leaf(Kind::Combo),
+                                 leaf(Kind::Toggle), leaf(Kind::Toggle)}));
+    return groupBox(grid({middle, leaf(Kind::Label), leaf(Kind::List), leaf(Kind::Radio), leaf(Kind::Button),
+                          leaf(Kind::Number), leaf(Kind::Label), leaf(Kind::Button), leaf(Kind::List)}));
+}
+
+/* `depth` grids, each holding a label and the next grid. */
+Part gridChain(int depth) {
+    Part chain = grid({leaf(Kind::Label)});
+    for (int d = 1; d < depth; ++d) chain = grid({leaf(Kind::Label), chain});
+    return chain;
+}
+
+/* ---- Measuring ------------------------------------------------------------------------ */
+
+bool gCounting = false; /* --instructions: count instructions under callgrind */
 
 double seconds() {
     using namespace std::chrono;
     return duration<double>(steady_clock::now().time_since_epoch()).count();
 }
 
-/* The screen of `blocks` blocks, built as a client does. */
-void buildTree(xt::Screen &s, int blocks) {
-    for (int b = 0; b < blocks; ++b) {
-        const int32_t id = b * kItemsPerBlock + 1;
-        void *box = s.add(nullptr, GroupBox, id, xt::groupBoxData("Block"));
-        void *grid = s.add(box, RowColManager, id + 1, xt::rowColData(2));
-        for (int l = 0; l < kLabelsPerBlock; ++l) s.add(grid, Label, id + 2 + l, xt::labelData(kLabelText));
-        s.attachNone(id);
-        s.attach(id, ATTACH_LEFT, ATTACH_POSITION, (b % kBlockColumns) * 25, 0, 0);
-        if (b >= kBlockColumns)
-            s.attach(id, ATTACH_TOP, ATTACH_ITEM, 0, id - kBlockColumns * kItemsPerBlock, 4);
+/* One timed phase, ended once the X server has done what it was asked; when counting,
+** also the phase's instructions, dumped under its name. */
+class Phase {
+public:
+    explicit Phase(std::string name) : name_(std::move(name)) {
+        if (gCounting) CALLGRIND_START_INSTRUMENTATION;
+        start_ = seconds();
     }
-}
-
-/* ---- The baseline: the same widgets, made by hand in the cheapest order ------------- */
-
-Widget createLabel(Widget parent, const char *text, bool title) {
-    XmString s = XmStringCreateLtoR(const_cast<char *>(text), const_cast<char *>(XmSTRING_DEFAULT_CHARSET));
-    Arg args[3];
-    Cardinal n = 0;
-    XtSetArg(args[n], XmNlabelString, s), ++n;
-    if (title) XtSetArg(args[n], XmNchildType, XmFRAME_TITLE_CHILD), ++n;
-    else XtSetArg(args[n], XmNalignment, XmALIGNMENT_BEGINNING), ++n;
-    Widget w = XtCreateWidget("label", xmLabelWidgetClass, parent, args, n);
-    XmStringFree(s);
-    return w;
-}
-
-/* The baseline's two halves stay out of line, so that a profiler shows their cost beside
-** GuiCreatePlgScreen and GuiFreeScreenDefAndWidgets. */
-[[gnu::noinline]] std::vector<Widget> buildBaseline(Widget top, int blocks) {
-    std::vector<Widget> frames;
-    for (int b = 0; b < blocks; ++b) {
-        Widget frame = XtVaCreateWidget("frame", xmFrameWidgetClass, top, XmNmarginWidth, 5,
-                                        XmNmarginHeight, 5, nullptr);
-        Widget title = createLabel(frame, "Block", true);
-        Widget inner = XtCreateWidget("form", xmFormWidgetClass, frame, nullptr, 0);
-        Widget grid = XtVaCreateWidget("rowcol", xmFormWidgetClass, inner, XmNmarginHeight, 20,
-                                       XmNmarginWidth, 20, nullptr);
-        Widget labels[kLabelsPerBlock];
-        int colWidth[2] = {0, 0}, rowHeight[kLabelsPerBlock / 2] = {0};
-        for (int l = 0; l < kLabelsPerBlock; ++l) {
-            labels[l] = createLabel(grid, kLabelText, false);
-            Dimension w, h;
-            XtVaGetValues(labels[l], XtNwidth, &w, XtNheight, &h, nullptr);
-            colWidth[l % 2] = std::max(colWidth[l % 2], w + 5);
-            rowHeight[l / 2] = std::max(rowHeight[l / 2], h + 5);
+    double end(Widget w) {
+        XSync(XtDisplay(w), False);
+        const double elapsed = seconds() - start_;
+        if (gCounting) {
+            CALLGRIND_DUMP_STATS_AT(name_.c_str());
+            CALLGRIND_STOP_INSTRUMENTATION;
         }
-        int y = 0;
-        for (int l = 0; l < kLabelsPerBlock; ++l) {
-            XtVaSetValues(labels[l], XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
-                          XmNleftOffset, l % 2 ? colWidth[0] + 20 : 0, XmNtopOffset, y, nullptr);
-            if (l % 2) y += rowHeight[l / 2];
-        }
-        if (b >= kBlockColumns)
-            XtVaSetValues(frame, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition,
-                          (b % kBlockColumns) * 25, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget,
-                          frames[b - kBlockColumns], XmNtopOffset, 4, nullptr);
-        else
-            XtVaSetValues(frame, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition,
-                          (b % kBlockColumns) * 25, nullptr);
-        XtManageChildren(labels, kLabelsPerBlock);
-        XtManageChild(grid);
-        Widget frameChildren[] = {title, inner};
-        XtManageChildren(frameChildren, 2);
-        /* A frame managed unrealized into a realized form is placed before it has laid
-        ** out its children, and stays one pixel square; realized first, it has its size. */
-        XtRealizeWidget(frame);
-        frames.push_back(frame);
+        return elapsed;
     }
-    XtManageChildren(frames.data(), static_cast<Cardinal>(frames.size()));
-    return frames;
-}
+private:
+    std::string name_;
+    double start_ = 0;
+};
 
-[[gnu::noinline]] void destroyBaseline(std::vector<Widget> &frames) {
-    XtUnmanageChildren(frames.data(), static_cast<Cardinal>(frames.size()));
-    for (Widget f : frames) XtDestroyWidget(f);
-    frames.clear();
-}
+/* Where every item's outer widget stands once the build has settled, and its class for
+** the message when the library and the baseline differ. */
+struct Layout {
+    std::vector<std::array<int, 4>> boxes;
+    std::vector<const char *> classes;
+};
 
-/* ---- Measuring ----------------------------------------------------------------------- */
-
-/* Where the blocks' frames stand once the build has settled: the library and the
-** baseline must show the same thing for their times to compare. */
-using Layout = std::vector<std::array<int, 4>>;
-
-Layout layoutOf(const std::vector<Widget> &frames) {
+Layout layoutOf(const std::vector<Widget> &outers) {
     Layout layout;
-    for (Widget f : frames) {
+    for (Widget w : outers) {
         Position x, y;
-        Dimension w, h;
-        XtVaGetValues(f, XtNx, &x, XtNy, &y, XtNwidth, &w, XtNheight, &h, nullptr);
-        layout.push_back({x, y, w, h});
+        Dimension width, height;
+        XtVaGetValues(w, XtNx, &x, XtNy, &y, XtNwidth, &width, XtNheight, &height, nullptr);
+        layout.boxes.push_back({x, y, width, height});
+        layout.classes.push_back(XtClass(w)->core_class.class_name);
     }
     return layout;
+}
+
+/* Empty when the layouts are the same; else the first difference. */
+std::string difference(const Layout &library, const Layout &motif) {
+    if (library.boxes.size() != motif.boxes.size())
+        return std::to_string(library.boxes.size()) + " outer widgets against " + std::to_string(motif.boxes.size());
+    for (size_t i = 0; i < library.boxes.size(); ++i) {
+        if (library.boxes[i] == motif.boxes[i]) continue;
+        char text[200];
+        const auto &l = library.boxes[i], &m = motif.boxes[i];
+        std::snprintf(text, sizeof text, "outer widget %zu (%s): library %d,%d %dx%d, motif %d,%d %dx%d", i,
+                      library.classes[i], l[0], l[1], l[2], l[3], m[0], m[1], m[2], m[3]);
+        return text;
+    }
+    return {};
 }
 
 struct Times {
@@ -135,67 +127,146 @@ struct Times {
     Layout layout;
 };
 
-void settle(Display *dpy, XtAppContext app) {
-    XSync(dpy, False);
+void settle(Widget w) {
+    XSync(XtDisplay(w), False);
+    XtAppContext app = XtWidgetToApplicationContext(w);
     while (XtAppPending(app)) XtAppProcessEvent(app, XtIMAll);
 }
 
-Times runLibrary(Widget top, XtAppContext app, int blocks, double *bytesPerItem) {
+Times runLibrary(Widget form, const char *screenName, const Part &block, int count, double *bytesPerItem = nullptr) {
     xt::Screen screen;
-    buildTree(screen, blocks);
+    bench::defineScreen(screen, block, count);
     const int64_t before = MemPoolFootprint(MemGetDefaultPoolId());
     Times t;
-    double start = seconds();
-    GuiCreatePlgScreen(top, screen.tree(), 1);
-    XSync(XtDisplay(top), False);
-    t.build = seconds() - start;
-    *bytesPerItem = static_cast<double>(MemPoolFootprint(MemGetDefaultPoolId()) - before) /
-                    (blocks * kItemsPerBlock);
-    settle(XtDisplay(top), app);
-    std::vector<Widget> frames;
-    for (int b = 0; b < blocks; ++b) frames.push_back(xt::outerWidget(screen.item(b * kItemsPerBlock + 1)));
-    t.layout = layoutOf(frames);
+    Phase build(std::string(screenName) + " library build");
+    GuiCreatePlgScreen(form, screen.tree(), 1);
+    t.build = build.end(form);
+    if (bytesPerItem)
+        *bytesPerItem = static_cast<double>(MemPoolFootprint(MemGetDefaultPoolId()) - before) /
+                        (count * bench::itemCount(block));
+    settle(form);
+    t.layout = layoutOf(bench::libraryOuters(screen));
     /* The client keeps its own reference on the definition, as a screen record does, so
     ** that the teardown measured is the widgets' and not the release of client data. */
     void *clientRef = screen.tree();
     ObjIncRefCount(clientRef);
-    start = seconds();
+    Phase teardown(std::string(screenName) + " library teardown");
     GuiFreeScreenDefAndWidgets(screen.slot());
-    XSync(XtDisplay(top), False);
-    t.teardown = seconds() - start;
+    t.teardown = teardown.end(form);
     ObjReleaseInternal(&clientRef);
-    settle(XtDisplay(top), app);
+    settle(form);
     return t;
 }
 
-Times runBaseline(Widget top, XtAppContext app, int blocks) {
+Times runMotif(Widget form, const char *screenName, const Part &block, int count) {
     Times t;
-    double start = seconds();
-    std::vector<Widget> frames = buildBaseline(top, blocks);
-    XSync(XtDisplay(top), False);
-    t.build = seconds() - start;
-    settle(XtDisplay(top), app);
-    t.layout = layoutOf(frames);
-    start = seconds();
-    destroyBaseline(frames);
-    XSync(XtDisplay(top), False);
-    t.teardown = seconds() - start;
-    settle(XtDisplay(top), app);
+    Phase build(std::string(screenName) + " motif build");
+    bench::RawScreen raw = bench::buildRawScreen(form, block, count);
+    t.build = build.end(form);
+    settle(form);
+    t.layout = layoutOf(raw.outers);
+    Phase teardown(std::string(screenName) + " motif teardown");
+    bench::destroyRawScreen(raw);
+    t.teardown = teardown.end(form);
+    settle(form);
     return t;
 }
 
-/* The best of the runs: what is left when the machine's other work stays out of the way. */
 double best(const std::vector<double> &v) { return *std::min_element(v.begin(), v.end()); }
 
 /* The median of the ratios of runs made side by side: a run of the library and a run of
 ** the baseline right after each other see the same machine, so their ratio stays steady
 ** while the machine's speed wanders between rounds. */
-double medianRatio(const std::vector<double> &library, const std::vector<double> &baseline) {
+double medianRatio(const std::vector<double> &a, const std::vector<double> &b) {
     std::vector<double> ratios;
-    for (size_t i = 0; i < library.size(); ++i) ratios.push_back(library[i] / baseline[i]);
+    for (size_t i = 0; i < a.size(); ++i) ratios.push_back(a[i] / b[i]);
     std::sort(ratios.begin(), ratios.end());
     const size_t n = ratios.size();
     return n % 2 ? ratios[n / 2] : (ratios[n / 2 - 1] + ratios[n / 2]) / 2;
+}
+
+/* Fewer rounds for larger screens: the whole benchmark stays within a few minutes. */
+int roundsFor(int items) { return std::clamp(15000 / items, 1, 15); }
+
+const char *verdict(bool met) { return met ? "met" : "NOT met"; }
+
+/* ---- The comparison with raw Motif ---------------------------------------------------- */
+
+struct SizeResult {
+    int items = 0;
+    double libraryBuild = 0, libraryTeardown = 0; /* best run, seconds */
+};
+
+/* Prints one row per size; returns the library's best times, and whether every size met
+** the goal (same layout, ratios <= 1.25, at most 512 bytes per item). */
+std::vector<SizeResult> compare(Widget form, const char *name, const Part &block, const std::vector<int> &sizes,
+                                bool *ok) {
+    std::vector<SizeResult> results;
+    const int perBlock = bench::itemCount(block);
+    for (int items : sizes) {
+        const int count = std::max(1, items / perBlock);
+        std::vector<double> lb, lt, mb, mt;
+        double bytes = 0;
+        std::string differs;
+        for (int r = 0; r < roundsFor(items); ++r) {
+            /* Each goes first in every other round, so that neither gains from the order. */
+            Times motif, lib;
+            if (r % 2 == 0) motif = runMotif(form, name, block, count), lib = runLibrary(form, name, block, count, &bytes);
+            else lib = runLibrary(form, name, block, count, &bytes), motif = runMotif(form, name, block, count);
+            if (differs.empty()) differs = difference(lib.layout, motif.layout);
+            lb.push_back(lib.build), lt.push_back(lib.teardown), mb.push_back(motif.build), mt.push_back(motif.teardown);
+        }
+        const double buildRatio = medianRatio(lb, mb), teardownRatio = medianRatio(lt, mt);
+        std::printf("%-7s %6d %10.1f %10.1f %6.2f %10.1f %10.1f %6.2f %8.0f\n", name, count * perBlock, best(lb) * 1e3,
+                    best(mb) * 1e3, buildRatio, best(lt) * 1e3, best(mt) * 1e3, teardownRatio, bytes);
+        if (!differs.empty()) std::printf("        the layouts differ, no comparison: %s\n", differs.c_str());
+        *ok = *ok && differs.empty() && buildRatio <= 1.25 && teardownRatio <= 1.25 && bytes <= 512;
+        results.push_back({count * perBlock, best(lb), best(lt)});
+    }
+    return results;
+}
+
+/* ---- Scaling checks --------------------------------------------------------------------- */
+
+void checkPerItem(const char *what, double small, int smallItems, double large, int largeItems) {
+    const double growth = (large / largeItems) / (small / smallItems);
+    std::printf("scaling: %s per item at %d / at %d items: %.2f (goal <= 1.30) %s\n", what, largeItems, smallItems,
+                growth, verdict(growth <= 1.30));
+}
+
+void checkGridChain(Widget form) {
+    std::vector<double> builds;
+    for (int r = 0; r < 3; ++r) builds.push_back(runLibrary(form, "chain", gridChain(20), 1).build);
+    std::printf("scaling: a chain of 20 nested grids builds in %.1f ms (goal < 50 ms) %s\n", best(builds) * 1e3,
+                verdict(best(builds) < 0.050));
+}
+
+void checkGridOfBoxes(Widget form) {
+    constexpr int kBoxes = 4000;
+    const Part box = groupBox(leaf(Kind::Label));
+    const Part boxGrid = grid(std::vector<Part>(kBoxes, box));
+    std::vector<double> inGrid, byPosition;
+    for (int r = 0; r < 3; ++r) {
+        inGrid.push_back(runLibrary(form, "grid", boxGrid, 1).build);
+        byPosition.push_back(runLibrary(form, "position", box, kBoxes).build);
+    }
+    const double ratio = medianRatio(inGrid, byPosition);
+    std::printf("scaling: a grid of %d group boxes / the same by position: %.2f (goal <= 1.30) %s\n", kBoxes, ratio,
+                verdict(ratio <= 1.30));
+}
+
+/* One counted run of each side of both screens at 1000 items, after an uncounted one
+** that warms Xt's and Motif's caches. */
+void countInstructions(Widget form) {
+    for (auto [name, block] : {std::pair<const char *, Part>{"blocks", labelBlock()}, {"mixed", mixedBlock()}}) {
+        const int count = 1000 / bench::itemCount(block);
+        for (bool counted : {false, true}) {
+            gCounting = counted;
+            runLibrary(form, name, block, count);
+            runMotif(form, name, block, count);
+        }
+    }
+    gCounting = false;
 }
 
 } // namespace
@@ -208,43 +279,30 @@ int main(int argc, char **argv) {
     Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
     XtManageChild(form);
     XtRealizeWidget(shell);
-    settle(XtDisplay(shell), app);
+    settle(form);
 
-    /* Arguments: the number of runs per size (15), and optionally one size to run alone
-    ** (for a profiler, which needs no other sizes). Times are the best run's; ratios the
-    ** median of the runs' own ratios. */
-    const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 15;
-    std::vector<int> sizes{250, 1000, 4000};
-    if (argc > 2) sizes = {std::max(kItemsPerBlock, std::atoi(argv[2]))};
-    std::printf("%-6s %12s %12s %8s %12s %12s %8s %10s\n", "items", "build ms", "motif ms", "ratio",
-                "teardown ms", "motif ms", "ratio", "bytes/item");
-    bool ok = true;
-    for (int items : sizes) {
-        const int blocks = items / kItemsPerBlock;
-        std::vector<double> lb, lt, bb, bt;
-        double bytes = 0;
-        bool sameLayout = true;
-        for (int r = 0; r < runs; ++r) {
-            /* Each goes first in every other round, so that neither gains from the order. */
-            Times base, lib;
-            if (r % 2 == 0) {
-                base = runBaseline(form, app, blocks);
-                lib = runLibrary(form, app, blocks, &bytes);
-            } else {
-                lib = runLibrary(form, app, blocks, &bytes);
-                base = runBaseline(form, app, blocks);
-            }
-            sameLayout = sameLayout && lib.layout == base.layout;
-            bb.push_back(base.build), bt.push_back(base.teardown);
-            lb.push_back(lib.build), lt.push_back(lib.teardown);
-        }
-        const double buildRatio = medianRatio(lb, bb), teardownRatio = medianRatio(lt, bt);
-        std::printf("%-6d %12.1f %12.1f %8.2f %12.1f %12.1f %8.2f %10.0f%s\n", items, best(lb) * 1e3,
-                    best(bb) * 1e3, buildRatio, best(lt) * 1e3, best(bt) * 1e3, teardownRatio, bytes,
-                    sameLayout ? "" : "  (the layouts differ: no comparison)");
-        ok = ok && sameLayout && buildRatio <= 1.25 && teardownRatio <= 1.25 && bytes <= 512;
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    if (argc > 1 && std::strcmp(argv[1], "--instructions") == 0) {
+        countInstructions(form);
+        XtDestroyWidget(shell);
+        return 0;
     }
-    std::printf("goal (same layout, ratios <= 1.25, <= 512 bytes per item): %s\n", ok ? "met" : "NOT met");
+    /* Times are the best run's; ratios the median of the runs' own ratios. */
+    std::printf("%-7s %6s %10s %10s %6s %10s %10s %6s %8s\n", "screen", "items", "build ms", "motif ms", "ratio",
+                "teardown", "motif ms", "ratio", "B/item");
+    bool ok = true;
+    if (argc > 2 && std::strcmp(argv[1], "--size") == 0) { /* one size alone, for a profiler */
+        compare(form, "mixed", mixedBlock(), {std::atoi(argv[2])}, &ok);
+        XtDestroyWidget(shell);
+        return 0;
+    }
+    compare(form, "blocks", labelBlock(), {250, 1000, 4000}, &ok);
+    const std::vector<SizeResult> mixed = compare(form, "mixed", mixedBlock(), {250, 1000, 4000, 16000}, &ok);
+    std::printf("goal (same layout, wall-clock ratios <= 1.25, <= 512 bytes per item): %s\n", verdict(ok));
+    checkPerItem("mixed build", mixed[1].libraryBuild, mixed[1].items, mixed[3].libraryBuild, mixed[3].items);
+    checkPerItem("mixed teardown", mixed[1].libraryTeardown, mixed[1].items, mixed[3].libraryTeardown, mixed[3].items);
+    checkGridChain(form);
+    checkGridOfBoxes(form);
     XtDestroyWidget(shell);
     return 0;
 }
