@@ -9,6 +9,9 @@
 #include <vector>
 #include "kx.h"
 namespace kxtest {
+/* Several observations compared with their expected values in one expectation. */
+using Values = std::vector<int64_t>;
+inline int64_t word(const void *p) { return static_cast<int64_t>(reinterpret_cast<intptr_t>(p)); }
 /* Fails a test that leaves the pools with more or fewer live blocks or objects than it found. */
 class PoolTest : public ::testing::Test {
 protected:
@@ -35,7 +38,6 @@ inline void *make(uint32_t tag, const char *signature = "o;s;i;p;", uint32_t siz
 struct Pinned {
     Pinned() = default;
     Pinned(const Pinned &) = delete;
-    Pinned &operator=(const Pinned &) = delete;
 };
 /* Sets (or, given null, removes) an environment variable for a scope. */
 class ScopedEnv : Pinned {

@@ -8,33 +8,27 @@
 namespace {
 using kxtest::ScopedEnv;
 using kxtest::take;
+using kxtest::Values;
 using StrTest = kxtest::PoolTest;
 using TimeTest = kxtest::PoolTest;
 using PathTest = kxtest::PoolTest;
 using SecurityTest = kxtest::PoolTest;
 TEST_F(StrTest, DuplicateJoinAndFormatIntoThePool) {
     const uint32_t other = MemPoolCreate("strings");
-    char *copy = StrDuplicateIntoPool("hello", other);
-    EXPECT_EQ(MemPoolLiveBytes(other), 6);
-    EXPECT_EQ(take(copy), "hello");
-    EXPECT_EQ(StrDuplicateIntoPool(nullptr, pool()), nullptr);
     const std::string z(5000, 'z');
-    const struct { char *text; std::string expected; } rows[] = {
-        {StrCat("a", "bc", "", "def", nullptr), "abcdef"},
-        {StrCat(nullptr, "x", "y", nullptr), "xy"}, /* a null first counts as empty */
-        {StrCat(nullptr, nullptr), ""},
-        {StrCat(z.c_str(), "!", z.c_str(), nullptr), z + "!" + z},
-    };
-    for (const auto &row : rows) EXPECT_EQ(take(row.text), row.expected);
-    for (int64_t n : {int64_t{-42}, int64_t{0}, INT64_MIN, INT64_MAX}) {
-        char *text = nullptr;
-        ASSERT_TRUE(StrFromInteger(&text, n));
-        EXPECT_EQ(take(text), std::to_string(n));
-    }
-    EXPECT_FALSE(StrFromInteger(nullptr, 1));
-    EXPECT_EQ(StrSize("abc"), 4) << "the terminator counts";
-    EXPECT_EQ(StrSize(""), 1);
-    EXPECT_EQ(StrSize(nullptr), 0);
+    char *copy = StrDuplicateIntoPool("hello", other), *integers[4] = {};
+    EXPECT_EQ(MemPoolLiveBytes(other), 6);
+    const int64_t numbers[] = {-42, 0, INT64_MIN, INT64_MAX};
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(StrFromInteger(&integers[i], numbers[i]));
+    /* A null first part counts as empty; the terminator counts in a size. */
+    const std::vector<std::string> got = {take(copy), take(StrCat("a", "bc", "", "def", nullptr)),
+        take(StrCat(nullptr, "x", "y", nullptr)), take(StrCat(nullptr, nullptr)),
+        take(StrCat(z.c_str(), "!", z.c_str(), nullptr)), take(integers[0]), take(integers[1]),
+        take(integers[2]), take(integers[3]), take(StrDuplicateIntoPool(nullptr, pool()))};
+    EXPECT_EQ(got, (std::vector<std::string>{"hello", "abcdef", "xy", "", z + "!" + z, "-42", "0",
+        "-9223372036854775808", "9223372036854775807", "<null>"}));
+    EXPECT_EQ((Values{StrFromInteger(nullptr, 1), StrSize("abc"), StrSize(""),
+                              StrSize(nullptr)}), (Values{0, 4, 1, 0}));
 }
 TEST_F(StrTest, ComparisonsTreatNullAsEmptyAndBytesAsUnsigned) {
     enum Kind { Exact, NoCase, Range };
@@ -56,43 +50,44 @@ TEST_F(StrTest, ComparisonsTreatNullAsEmptyAndBytesAsUnsigned) {
             << r.kind << " " << (r.a ? r.a : "null") << " " << (r.b ? r.b : "null") << " " << r.n;
     }
 }
-TEST_F(TimeTest, CalendarAndClock) {
-    const struct { int32_t month, year, days; } rows[] = {
-        {2, 1900, 28}, {2, 2000, 29}, {2, 2024, 29}, {2, 2023, 28}, {0, 2023, 0}, {13, 2023, 0}};
-    for (const auto &r : rows) {
-        EXPECT_EQ(TimeDaysInMonth(r.month, r.year), r.days) << r.month << "/" << r.year;
-        EXPECT_EQ(TimeIsLeapYear(r.year), r.days == 29 || r.year == 2024) << r.year;
+TEST_F(TimeTest, CalendarClockAndNullArguments) {
+    Values lengths;
+    for (int32_t month = 0; month <= 13; ++month) lengths.push_back(TimeDaysInMonth(month, 2023));
+    EXPECT_EQ(lengths, (Values{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31, 0}));
+    for (int32_t year : {1900, 2000, 2023, 2024}) {
+        const bool leap = year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
+        EXPECT_EQ((Values{TimeIsLeapYear(year), TimeDaysInMonth(2, year)}), (Values{leap, 28 + leap}));
     }
-    const int32_t lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    for (int month = 1; month <= 12; ++month)
-        EXPECT_EQ(TimeDaysInMonth(month, 2023), lengths[month - 1]) << "month " << month;
     const int32_t before = static_cast<int32_t>(std::time(nullptr)), now = TimeNow();
-    EXPECT_GE(now, before);
-    EXPECT_LE(now, before + 2);
+    EXPECT_TRUE(now >= before && now <= before + 2);
+    int32_t t = 123, u = 123;
+    const KxDateStruct date{2024, 1, 1, 0};
+    const KxTimeOfDayStruct tod{1, 2, 3};
+    EXPECT_EQ((Values{TimeFromDate(&t, nullptr), t, TimeFromDate(nullptr, &date),
+                      TimeFromTimeOfDay(&u, nullptr), TimeFromTimeOfDay(nullptr, &tod),
+                      TimeToBreakdownStruct(nullptr, 0), TimeToUTCBreakdownStruct(nullptr, 0)}),
+              (Values{0, 0, 0, 0, 0, 0, 0}));
 }
 /* The process's time zone for a scope. */
 struct ScopedZone : ScopedEnv {
     explicit ScopedZone(const char *zone) : ScopedEnv("TZ", zone) { tzset(); }
     ~ScopedZone() { tzset(); }
 };
-std::vector<int32_t> fields(const KxTimeStruct &t) {
-    return {t.iYear, t.iMonth, t.iDay, t.iHours, t.iMinutes, t.iSeconds, t.iWeekDay, t.iYearDay};
-}
 TEST_F(TimeTest, BreakdownInUtcAndInLocalTime) {
     ScopedZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
-    const struct { bool utc; int32_t t; std::vector<int32_t> expected; } rows[] = {
+    /* One hour east of UTC in winter, two in summer; local midnight passed before UTC's. */
+    const struct { bool utc; int32_t t; Values expected; } rows[] = {
         {true, 1700000000, {2023, 11, 14, 22, 13, 20, 2, 317}},
-        {false, 1700000000, {2023, 11, 14, 23, 13, 20, 2, 317}}, /* one hour east in winter */
-        {false, 1690000000, {2023, 7, 22, 6, 26, 40, 6, 202}},   /* two hours in summer */
-        {false, 1700003600, {2023, 11, 15, 0, 13, 20, 3, 318}},  /* local midnight passed */
+        {false, 1700000000, {2023, 11, 14, 23, 13, 20, 2, 317}},
+        {false, 1690000000, {2023, 7, 22, 6, 26, 40, 6, 202}},
+        {false, 1700003600, {2023, 11, 15, 0, 13, 20, 3, 318}},
     };
     for (const auto &r : rows) {
-        KxTimeStruct out{};
-        ASSERT_TRUE(r.utc ? TimeToUTCBreakdownStruct(&out, r.t) : TimeToBreakdownStruct(&out, r.t));
-        EXPECT_EQ(fields(out), r.expected) << r.t << (r.utc ? " UTC" : " local");
+        KxTimeStruct o{};
+        ASSERT_TRUE(r.utc ? TimeToUTCBreakdownStruct(&o, r.t) : TimeToBreakdownStruct(&o, r.t));
+        EXPECT_EQ((Values{o.iYear, o.iMonth, o.iDay, o.iHours, o.iMinutes, o.iSeconds, o.iWeekDay,
+                          o.iYearDay}), r.expected) << r.t << (r.utc ? " UTC" : " local");
     }
-    EXPECT_FALSE(TimeToBreakdownStruct(nullptr, 0));
-    EXPECT_FALSE(TimeToUTCBreakdownStruct(nullptr, 0));
 }
 /* Local midnight in New York; a day past the month's end rolls over (30 February). */
 TEST_F(TimeTest, FromDateGivesLocalMidnightRollsDaysOverAndRefusesWhatDoesNotFit) {
@@ -105,33 +100,22 @@ TEST_F(TimeTest, FromDateGivesLocalMidnightRollsDaysOverAndRefusesWhatDoesNotFit
     };
     for (const auto &r : rows) {
         int32_t t = 123;
-        EXPECT_EQ(TimeFromDate(&t, &r.date), r.t != 0) << r.date.iYear << "-" << r.date.iMonth;
-        EXPECT_EQ(t, r.t) << r.date.iYear << "-" << r.date.iMonth;
+        const int ok = TimeFromDate(&t, &r.date);
+        EXPECT_EQ((Values{ok, t}), (Values{r.t != 0, r.t})) << r.date.iYear << "-" << r.date.iMonth;
     }
-    int32_t t = 123;
-    EXPECT_FALSE(TimeFromDate(&t, nullptr));
-    EXPECT_EQ(t, 0);
-    EXPECT_FALSE(TimeFromDate(nullptr, &rows[0].date));
 }
 /* Whatever is typed into an hour field: a sum past 32 bits is refused (0 stored). */
 TEST_F(TimeTest, TimeOfDayIsSecondsAfterMidnightWithin32Bits) {
     const struct { KxTimeOfDayStruct tod; int ok; int32_t seconds; } rows[] = {
-        {{13, 45, 30}, 1, 13 * 3600 + 45 * 60 + 30},
-        {{596523, 14, 7}, 1, INT32_MAX},
-        {{-596523, -14, -8}, 1, INT32_MIN},
-        {{999999, 0, 0}, 0, 0},
-        {{596523, 14, 8}, 0, 0},
-        {{0, INT32_MAX, INT32_MAX}, 0, 0},
-        {{INT32_MIN, INT32_MIN, INT32_MIN}, 0, 0},
+        {{13, 45, 30}, 1, 13 * 3600 + 45 * 60 + 30}, {{596523, 14, 7}, 1, INT32_MAX},
+        {{-596523, -14, -8}, 1, INT32_MIN}, {{999999, 0, 0}, 0, 0}, {{596523, 14, 8}, 0, 0},
+        {{0, INT32_MAX, INT32_MAX}, 0, 0}, {{INT32_MIN, INT32_MIN, INT32_MIN}, 0, 0},
     };
-    for (const auto &row : rows) {
+    for (const auto &r : rows) {
         int32_t t = 123;
-        EXPECT_EQ(TimeFromTimeOfDay(&t, &row.tod), row.ok) << row.tod.iHours << "h";
-        EXPECT_EQ(t, row.seconds) << row.tod.iHours << "h";
+        const int ok = TimeFromTimeOfDay(&t, &r.tod);
+        EXPECT_EQ((Values{ok, t}), (Values{r.ok, r.seconds})) << r.tod.iHours << "h";
     }
-    int32_t t = 0;
-    EXPECT_FALSE(TimeFromTimeOfDay(&t, nullptr));
-    EXPECT_FALSE(TimeFromTimeOfDay(nullptr, &rows[0].tod));
 }
 /* A temporary configuration directory named by KX_CONFIG_DIR, holding server.cfg. */
 class CfgTest : public kxtest::PoolTest {
@@ -156,52 +140,43 @@ protected:
     std::string dir;
     std::unique_ptr<ScopedEnv> env;
 };
+/* Rows: the value read as 32 and as 64 bits; 4711 when the variable is left as it was. */
 TEST_F(CfgTest, ReadsIntegersIgnoringCaseAndBlanksOrLeavesTheVariableAlone) {
-    const char *f = "server.cfg", *s = "Orlenda Time";
-    const struct { const char *file, *section, *key; int found; int64_t value, value64; } rows[] = {
-        {f, s, "Offset From Server", 1, -3600, -3600},
-        {f, "orlenda time", "OFFSET FROM SERVER", 1, -3600, -3600},
-        {f, "Other", "offset from server", 1, 99, 99},
-        {f, s, "Minus One", 1, -1, -1},
-        {f, s, "Plus", 1, 17, 17},
-        {f, s, "Big", 0, 4711, INT64_C(9000000000)}, /* does not fit 32 bits */
-        {"absent.cfg", s, "Offset From Server", 0, 4711, 4711},
-        {f, "No Such Section", "Offset From Server", 0, 4711, 4711},
-        {f, s, "No Such Key", 0, 4711, 4711},
-        {f, s, "Before", 0, 4711, 4711}, /* outside the section */
-        {f, s, "Word", 0, 4711, 4711},
-        {f, s, "Trailing", 0, 4711, 4711},
-        {f, s, "Empty", 0, 4711, 4711},
-        {nullptr, s, "Plus", 0, 4711, 4711},
-        {f, nullptr, "Plus", 0, 4711, 4711},
-        {f, s, nullptr, 0, 4711, 4711},
+    const char *f = "server.cfg", *s = "Orlenda Time", *o = "Offset From Server";
+    const struct { const char *file, *section, *key; int64_t value, value64; } rows[] = {
+        {f, s, o, -3600, -3600}, {f, "orlenda time", "OFFSET FROM SERVER", -3600, -3600},
+        {f, "Other", o, 99, 99}, {f, s, "Minus One", -1, -1}, {f, s, "Plus", 17, 17},
+        {f, s, "Big", 4711, INT64_C(9000000000)}, {"absent.cfg", s, o, 4711, 4711},
+        {f, "No Such Section", o, 4711, 4711}, {f, s, "No Such Key", 4711, 4711},
+        {f, s, "Before", 4711, 4711} /* outside the section */, {f, s, "Word", 4711, 4711},
+        {f, s, "Trailing", 4711, 4711}, {f, s, "Empty", 4711, 4711},
+        {nullptr, s, "Plus", 4711, 4711}, {f, nullptr, "Plus", 4711, 4711},
+        {f, s, nullptr, 4711, 4711},
     };
     for (const auto &r : rows) {
         int32_t value = 4711;
         int64_t value64 = 4711;
-        SCOPED_TRACE("row " + std::to_string(&r - rows));
-        EXPECT_EQ(CfgGetInteger(&value, r.file, r.section, r.key, 0), r.found);
-        EXPECT_EQ(value, r.value);
-        EXPECT_EQ(CfgGetInt64(&value64, r.file, r.section, r.key, 0), r.value64 != 4711);
-        EXPECT_EQ(value64, r.value64);
+        const int found = CfgGetInteger(&value, r.file, r.section, r.key, 0);
+        const int found64 = CfgGetInt64(&value64, r.file, r.section, r.key, 0);
+        EXPECT_EQ((Values{found, value, found64, value64}),
+                  (Values{r.value != 4711, r.value, r.value64 != 4711, r.value64}))
+            << "row " << &r - rows;
     }
     EXPECT_EQ(CfgGetInteger(nullptr, f, s, "Plus", 0), 0);
 }
 TEST_F(CfgTest, FilesAreReadAfreshFromTheConfigOrTheHomeDirectory) {
-    int32_t value = 0;
-    for (const char *text : {"[S]\nK = 1\n", "[S]\nK = 2\n"}) {
-        std::ofstream(dir + "/live.cfg") << text;
-        ASSERT_EQ(CfgGetInteger(&value, "live.cfg", "S", "K", 0), 1);
-        EXPECT_EQ(value, text[8] - '0');
-    }
-    ASSERT_EQ(CfgGetInteger(&value, (dir + "/server.cfg").c_str(), "other", "offset from server",
-                            0), 1) << "a path with a slash is used as it is";
-    EXPECT_EQ(value, 99);
+    int32_t first = 0, second = 0, byPath = 0, home = 0;
+    std::ofstream(dir + "/live.cfg") << "[S]\nK = 1\n";
+    CfgGetInteger(&first, "live.cfg", "S", "K", 0);
+    std::ofstream(dir + "/live.cfg") << "[S]\nK = 2\n";
+    CfgGetInteger(&second, "live.cfg", "S", "K", 0);
+    /* A path with a slash is used as it is. */
+    CfgGetInteger(&byPath, (dir + "/server.cfg").c_str(), "other", "offset from server", 0);
     std::filesystem::create_directory(dir + "/config");
     std::ofstream(dir + "/config/home.cfg") << "[Home]\nValue = 77\n";
-    ScopedEnv noDir("KX_CONFIG_DIR", nullptr), home("KX_HOME", dir.c_str());
-    EXPECT_EQ(CfgGetInteger(&value, "home.cfg", "Home", "Value", 0), 1);
-    EXPECT_EQ(value, 77);
+    ScopedEnv noDir("KX_CONFIG_DIR", nullptr), homeDir("KX_HOME", dir.c_str());
+    CfgGetInteger(&home, "home.cfg", "Home", "Value", 0);
+    EXPECT_EQ((Values{first, second, byPath, home}), (Values{1, 2, 99, 77}));
 }
 TEST_F(PathTest, TheHomeIsKxHomeOrBesideTheLibrary) {
     {

@@ -5,60 +5,51 @@ namespace {
 using ObjectTest = kxtest::PoolTest;
 using ListTest = kxtest::PoolTest;
 using kxtest::make;
+using kxtest::Values;
 constexpr uint32_t kTag = 0x51a0c0deu;
-/* "o;s;i;p;" as a client declares it. */
-struct Thing {
-    void *child;
-    char *name;
-    int32_t number;
-    void *plain;
-};
+struct Thing { void *child; char *name; int32_t number; void *plain; }; /* "o;s;i;p;" */
 Thing *thing() { return static_cast<Thing *>(make(kTag)); }
 TEST_F(ObjectTest, ANewObjectIsZeroedHeldOnceAndOfItsKind) {
     const int64_t count = MemPoolLiveCount(pool());
     Thing *t = thing();
     ASSERT_NE(t, nullptr);
-    EXPECT_EQ(MemPoolLiveCount(pool()), count + 1) << "an object is a live block of its pool";
-    EXPECT_TRUE(!t->child && !t->name && !t->number && !t->plain);
-    EXPECT_EQ(ObjGetRefCount(t), 1);
-    EXPECT_STREQ(ObjGetSignature(t), "o;s;i;p;");
+    EXPECT_EQ((Values{MemPoolLiveCount(pool()) - count, !t->child && !t->name && !t->number &&
+                      !t->plain, ObjGetRefCount(t), ObjGetSignature(t) == std::string("o;s;i;p;")}),
+              (Values{1, 1, 1, 1})) << "a live block of its pool, zeroed, held once";
     /* Tag 0 and a null prefix match any object; a token's text is a prefix too. */
     const struct { uint32_t tag; const char *prefix; bool layout; } rows[] = {
-        {kTag, "o;s;", true},        {kTag, "", true},     {kTag, "o;s;i;p;", true},
-        {0, "o;s;", true},           {0, nullptr, true},   {KX_TAG_LIST, "o;s;", true},
-        {kTag, "o;s;i;p;i;", false}, {kTag, "p;", false},
+        {kTag, "o;s;", true}, {kTag, "", true}, {kTag, "o;s;i;p;", true}, {0, "o;s;", true},
+        {0, nullptr, true}, {KX_TAG_LIST, "o;s;", true}, {kTag, "o;s;i;p;i;", false},
+        {kTag, "p;", false},
     };
     for (const auto &r : rows) {
-        SCOPED_TRACE(std::to_string(r.tag) + " " + (r.prefix ? r.prefix : "null"));
-        const bool kind = r.layout && (r.tag == 0 || r.tag == kTag);
-        EXPECT_EQ(ObjIsOfKind(t, r.tag, r.prefix), kind);
-        EXPECT_EQ(ObjIsA(t, r.tag), r.tag == kTag);
-        if (r.prefix == nullptr) continue;
-        EXPECT_EQ(ObjHasLayout(t, r.prefix), r.layout);
-        EXPECT_EQ(ObjIsOfKindToken(t, r.tag, ObjSignatureToken(r.prefix)), kind);
+        const bool kind = r.layout && (r.tag == 0 || r.tag == kTag), hasPrefix = r.prefix;
+        EXPECT_EQ((Values{ObjIsOfKind(t, r.tag, r.prefix), ObjIsA(t, r.tag),
+                          hasPrefix && ObjHasLayout(t, r.prefix),
+                          ObjIsOfKindToken(t, r.tag, ObjSignatureToken(r.prefix))}),
+                  (Values{kind, r.tag == kTag, hasPrefix && r.layout, hasPrefix && kind}))
+            << r.tag << " " << (r.prefix ? r.prefix : "null");
     }
-    EXPECT_NE(ObjSignatureToken("o;s;"), 0u);
-    EXPECT_EQ(ObjSignatureToken("o;s;"), ObjSignatureToken(std::string("o;s;").c_str()))
-        << "equal texts, one token";
-    EXPECT_EQ(ObjSignatureToken("x;"), 0u) << "a signature that does not parse has no token";
-    EXPECT_EQ(ObjSignatureToken(nullptr), 0u);
-    EXPECT_FALSE(ObjIsOfKindToken(t, kTag, 0));
-    EXPECT_FALSE(ObjIsOfKindToken(t, kTag, 0xffffffu)) << "an unknown token matches nothing";
+    /* Equal texts give one token; one that does not parse, or an unknown one, matches nothing. */
+    EXPECT_EQ((Values{ObjSignatureToken("o;s;") != 0, ObjSignatureToken("x;"),
+                      ObjSignatureToken("o;s;") == ObjSignatureToken(std::string("o;s;").c_str()),
+                      ObjSignatureToken(nullptr), ObjIsOfKindToken(t, kTag, 0xffffffu)}),
+              (Values{1, 0, 1, 0, 0}));
     ObjReleaseInternal(&t);
     EXPECT_EQ(t, nullptr);
 }
 TEST_F(ObjectTest, CreationRefusesBadSignaturesSizesAndArguments) {
     /* "i;o;" is an int, 4 bytes of padding, then a pointer: 16 bytes. */
-    const struct { uint32_t size; const char *signature; int reserved; uint32_t pool; int ok; } rows[] = {
-        {64, "x;", 0, pool(), 0},   {64, "o", 0, pool(), 0},      {64, "oo;", 0, pool(), 0},
-        {64, "o;;", 0, pool(), 0},  {15, "i;o;", 0, pool(), 0},   {64, "o;", 1, pool(), 0},
-        {64, "o;", 0, 0x7fffffffu, 0}, {16, "i;o;", 0, pool(), 1}, {0, "", 0, pool(), 1},
-        {8, nullptr, 0, pool(), 1},
+    const uint32_t p = pool();
+    const struct { uint32_t size; const char *sig; int reserved; uint32_t pool; int ok; } rows[] = {
+        {64, "x;", 0, p, 0},  {64, "o", 0, p, 0},   {64, "oo;", 0, p, 0}, {64, "o;;", 0, p, 0},
+        {15, "i;o;", 0, p, 0}, {64, "o;", 1, p, 0}, {64, "o;", 0, 0x7fffffffu, 0},
+        {16, "i;o;", 0, p, 1}, {0, "", 0, p, 1},    {8, nullptr, 0, p, 1},
     };
     for (const auto &r : rows) {
         void *h = reinterpret_cast<void *>(1);
-        const char *sig = r.signature ? r.signature : "";
-        EXPECT_EQ(ObjCreateInternal(&h, r.size, kTag, r.signature, r.reserved, r.pool), r.ok)
+        const char *sig = r.sig ? r.sig : "";
+        EXPECT_EQ(ObjCreateInternal(&h, r.size, kTag, r.sig, r.reserved, r.pool), r.ok)
             << r.size << " '" << sig << "' " << r.reserved;
         EXPECT_STREQ(ObjGetSignature(h), r.ok ? sig : nullptr) << sig;
         ObjReleaseInternal(&h);
@@ -80,19 +71,12 @@ TEST_F(ObjectTest, ASignatureBufferMayChangeBetweenCreations) {
     ObjReleaseInternal(&h); /* the string field is freed: the fixture sees no leak */
 }
 TEST_F(ObjectTest, TheLastReleaseReleasesObjectFieldsAndFreesStringsAtTheirOffsets) {
-    struct Mixed {
-        int32_t a;
-        void *b;
-        int32_t c, d;
-        char *e;
-    };
+    struct Mixed { int32_t a; void *b; int32_t c, d; char *e; };
     Mixed *m = static_cast<Mixed *>(make(kTag, "i;o;i;i;s;", sizeof(Mixed)));
     m->e = StrDuplicateIntoPool("owned", pool());
     m->b = make(kTag);
-    const int64_t count = MemPoolLiveCount(pool());
-    ObjReleaseInternal(&m);
-    EXPECT_EQ(MemPoolLiveCount(pool()), count - 3) << "the string and the child went too";
-    Thing *parent = thing(), *child = thing();
+    ObjReleaseInternal(&m); /* the fixture's leak check proves the string and the child went */
+    Thing *parent = thing(), *child = thing(), *a = thing(), *b = thing();
     void *shared = make(kTag);
     parent->child = child;
     parent->name = const_cast<char *>("not pool memory");
@@ -101,52 +85,42 @@ TEST_F(ObjectTest, TheLastReleaseReleasesObjectFieldsAndFreesStringsAtTheirOffse
     parent->plain = shared;              /* 'p' is never released */
     const int64_t foreign = MemForeignFreeCount();
     ObjReleaseInternal(&parent);
-    EXPECT_EQ(MemForeignFreeCount(), foreign + 1) << "a foreign string is tolerated";
-    EXPECT_EQ(ObjGetTag(child), 0u) << "the child went with its only holder";
-    EXPECT_EQ(ObjGetRefCount(shared), 1) << "the child dropped its reference, 'p' did not";
+    /* A foreign string is tolerated; the child went with its only holder and dropped its
+    ** reference on the shared object, which 'p' never took. */
+    EXPECT_EQ((Values{MemForeignFreeCount() - foreign, ObjGetTag(child), ObjGetRefCount(shared)}),
+              (Values{1, 0, 1}));
     ObjReleaseInternal(&shared);
     /* A holds B; B points back at A without a reference (a client's mistake): releasing
     ** A reaches A again while A is being freed, and must neither revive nor free it twice. */
-    Thing *a = thing(), *b = thing();
     a->child = b;
     b->child = a;
     ObjReleaseInternal(&a);
     EXPECT_EQ(ObjGetTag(b), 0u);
 }
-TEST_F(ObjectTest, WrongNullAndFreedHandlesAreNoObject) {
-    void *freed = make(kTag);
-    void *stale = freed;
+TEST_F(ObjectTest, BooleansAndWrongNullOrFreedHandles) {
+    void *yes = nullptr, *no = nullptr, *other = make(kTag), *freed = make(kTag), *stale = freed;
     ObjReleaseInternal(&freed);
+    ASSERT_TRUE(ObjBooleanCreate(&yes, 5) && ObjBooleanCreate(&no, 0));
+    EXPECT_EQ((Values{ObjIsA(yes, KX_TAG_BOOLEAN), ObjBooleanGet(yes), ObjBooleanGet(no),
+                      ObjBooleanGet(other)}), (Values{1, 1, 0, -1}));
+    for (void **h : {&yes, &no, &other}) ObjReleaseInternal(h);
     int local = 7;
     char *block = static_cast<char *>(MemAllocateFromPool(64, pool()));
     void *random = reinterpret_cast<void *>(static_cast<uintptr_t>(0xdeadbeef0ull));
     const void *handles[] = {nullptr, stale, &local, block, block + 32, "text", random};
     for (const void *h : handles) {
-        EXPECT_EQ(ObjGetTag(h), 0u);
-        EXPECT_FALSE(ObjIsA(h, kTag));
-        EXPECT_EQ(ObjGetRefCount(h), 0);
-        EXPECT_EQ(ObjGetSignature(h), nullptr);
-        EXPECT_FALSE(ObjHasLayout(h, ""));
-        EXPECT_FALSE(ObjIsOfKind(h, 0, nullptr));
-        EXPECT_FALSE(ObjIsOfKindToken(h, 0, ObjSignatureToken("p;")));
-        EXPECT_FALSE(ObjIncRefCount(const_cast<void *>(h)));
-        EXPECT_EQ(ObjBooleanGet(h), -1);
+        EXPECT_EQ((Values{ObjGetTag(h), ObjIsA(h, kTag), ObjGetRefCount(h),
+                          ObjGetSignature(h) != nullptr, ObjHasLayout(h, ""),
+                          ObjIsOfKind(h, 0, nullptr), ObjBooleanGet(h),
+                          ObjIsOfKindToken(h, 0, ObjSignatureToken("p;")),
+                          ObjIncRefCount(const_cast<void *>(h))}),
+                  (Values{0, 0, 0, 0, 0, 0, -1, 0, 0})) << h;
         ObjReleaseInternal(&h);
         EXPECT_EQ(h, nullptr);
     }
     EXPECT_EQ(local, 7);
     MemFreeInternal(&block);
     ObjReleaseInternal(nullptr);
-}
-TEST_F(ObjectTest, BooleanObjects) {
-    void *yes = nullptr, *no = nullptr, *other = make(kTag);
-    ASSERT_TRUE(ObjBooleanCreate(&yes, 5));
-    ASSERT_TRUE(ObjBooleanCreate(&no, 0));
-    EXPECT_TRUE(ObjIsA(yes, KX_TAG_BOOLEAN));
-    EXPECT_EQ(ObjBooleanGet(yes), 1);
-    EXPECT_EQ(ObjBooleanGet(no), 0);
-    EXPECT_EQ(ObjBooleanGet(other), -1);
-    for (void **h : {&yes, &no, &other}) ObjReleaseInternal(h);
 }
 /* Collects the items a walk visits; can stop after some, or release a list on the first. */
 struct Visit {
@@ -161,24 +135,23 @@ int record(void *ctx, void *element) {
     return visit->stopAfter == 0 || visit->items.size() < visit->stopAfter;
 }
 TEST_F(ListTest, WalksGoEitherWayStopAtZeroAndHoldTheListACallbackReleases) {
-    const struct { bool backwards; size_t stopAfter; bool release; int result; std::vector<int> order; } rows[] = {
-        {false, 0, false, 1, {0, 1, 2}}, {true, 0, false, 1, {2, 1, 0}},
-        {false, 2, false, 0, {0, 1}},    {true, 1, false, 0, {2}},
-        {false, 0, true, 1, {0, 1, 2}},  {true, 1, true, 0, {2}},
+    const struct { bool backwards, release; size_t stopAfter; int result; Values order; } rows[] = {
+        {false, false, 0, 1, {0, 1, 2}}, {true, false, 0, 1, {2, 1, 0}},
+        {false, false, 2, 0, {0, 1}},    {true, false, 1, 0, {2}},
+        {false, true, 0, 1, {0, 1, 2}},  {true, true, 1, 0, {2}},
     };
     for (const auto &r : rows) {
         SCOPED_TRACE("row " + std::to_string(&r - rows));
         void *list = nullptr, *items[3];
         ASSERT_TRUE(ListCreateFromPool(&list, 0, pool()));
         for (void *&item : items) EXPECT_TRUE(ListAddLastItem(list, item = make(kTag)));
-        EXPECT_EQ(ListCount(list), 3);
-        EXPECT_EQ(ListFirstItem(list), items[0]);
-        EXPECT_EQ(ListLastItem(list), items[2]);
-        EXPECT_EQ(ObjGetRefCount(items[1]), 2) << "the list holds a reference on each item";
+        EXPECT_EQ((Values{ListCount(list), ListFirstItem(list) == items[0],
+                          ListLastItem(list) == items[2], ObjGetRefCount(items[1])}),
+                  (Values{3, 1, 1, 2})) << "the list holds a reference on each item";
         Visit visit{{}, r.stopAfter, r.release ? &list : nullptr};
         EXPECT_EQ((r.backwards ? ListWalkBackwards : ListWalk)(list, record, &visit), r.result);
         std::vector<void *> expected;
-        for (int i : r.order) expected.push_back(items[i]);
+        for (int64_t i : r.order) expected.push_back(items[i]);
         EXPECT_EQ(visit.items, expected);
         EXPECT_EQ(list == nullptr, r.release);
         ObjReleaseInternal(&list);
@@ -188,20 +161,17 @@ TEST_F(ListTest, WalksGoEitherWayStopAtZeroAndHoldTheListACallbackReleases) {
 }
 TEST_F(ListTest, PushTakesOverTheCallersReferenceAndElementsLeadToTheirItems) {
     void *list = nullptr, *item = make(kTag), *watch = item, *element = nullptr;
+    void *notAnObject = MemAllocateFromPool(8, pool()), *slot = notAnObject;
     ASSERT_TRUE(ListCreateFromPool(&list, 0, pool()));
     EXPECT_EQ(ListPushLastItemInternal(list, &item), 1);
-    EXPECT_EQ(item, nullptr);
-    EXPECT_EQ(ObjGetRefCount(watch), 1);
     ListWalk(list, [](void *ctx, void *e) { *static_cast<void **>(ctx) = e; return 1; }, &element);
-    EXPECT_TRUE(ObjIsA(element, KX_TAG_LIST_ELEMENT));
-    EXPECT_EQ(*static_cast<void **>(element), watch) << "an element's data leads to its item";
-    EXPECT_EQ(ListElementItem(watch), nullptr) << "an item is not an element";
-    void *notAnObject = MemAllocateFromPool(8, pool()), *slot = notAnObject;
-    EXPECT_EQ(ListPushLastItemInternal(list, &slot), 0);
-    EXPECT_EQ(slot, notAnObject) << "a refused push changes nothing";
-    EXPECT_EQ(ListAddLastItem(list, notAnObject), 0);
-    EXPECT_EQ(ListAddLastItem(list, nullptr), 0);
-    EXPECT_EQ(ListCount(list), 1);
+    /* A refused push, or an add of what is no object, changes nothing. */
+    EXPECT_EQ((Values{item == nullptr, ObjGetRefCount(watch), ObjIsA(element, KX_TAG_LIST_ELEMENT),
+                      *static_cast<void **>(element) == watch, ListElementItem(watch) == nullptr,
+                      ListPushLastItemInternal(list, &slot), slot == notAnObject,
+                      ListAddLastItem(list, notAnObject), ListAddLastItem(list, nullptr),
+                      ListCount(list)}),
+              (Values{1, 1, 1, 1, 1, 0, 1, 0, 0, 1}));
     MemFreeInternal(&notAnObject);
     ObjReleaseInternal(&list);
     EXPECT_EQ(ObjGetTag(watch), 0u) << "the pushed item went with the list";
@@ -211,18 +181,13 @@ TEST_F(ListTest, HandlesOfAnotherKindAreNoList) {
     void *item = make(kTag), *list = nullptr;
     int calls = 0;
     auto count = [](void *ctx, void *) { return ++*static_cast<int *>(ctx); };
-    for (void *h : {fake, item, static_cast<void *>(nullptr)}) {
-        EXPECT_EQ(ListAddLastItem(h, item), 0);
-        EXPECT_EQ(ListWalk(h, count, &calls), 1);
-        EXPECT_EQ(ListWalkBackwards(h, count, &calls), 1);
-        EXPECT_EQ(ListCount(h), 0);
-        EXPECT_EQ(ListFirstItem(h), nullptr);
-        EXPECT_EQ(ListLastItem(h), nullptr);
-    }
-    EXPECT_EQ(calls, 0);
-    EXPECT_EQ(ObjGetRefCount(item), 1);
-    EXPECT_FALSE(ListCreateFromPool(&list, 1, pool()));
-    EXPECT_EQ(list, nullptr);
+    for (void *h : {fake, item, static_cast<void *>(nullptr)})
+        EXPECT_EQ((Values{ListAddLastItem(h, item), ListWalk(h, count, &calls),
+                          ListWalkBackwards(h, count, &calls), ListCount(h),
+                          ListFirstItem(h) != nullptr, ListLastItem(h) != nullptr}),
+                  (Values{0, 1, 1, 0, 0, 0})) << h;
+    EXPECT_EQ((Values{calls, ObjGetRefCount(item), ListCreateFromPool(&list, 1, pool()),
+                      list != nullptr}), (Values{0, 1, 0, 0}));
     ObjReleaseInternal(&fake);
     ObjReleaseInternal(&item);
 }

@@ -6,13 +6,8 @@ using Words = std::vector<intptr_t>;
 constexpr uint32_t kTagCookie = 0x5c00c1e5u;
 void *word(intptr_t w) { return reinterpret_cast<void *>(w); }
 intptr_t wordOf(void *node) { return reinterpret_cast<intptr_t>(TreeNodeCookie(node)); }
-/* Collects node cookies (words); at word stopAt it prunes pruneAt and goes on, or, with
-** nothing to prune, ends the walk. */
-struct Trail {
-    Words words;
-    intptr_t stopAt = -1;
-    void *pruneAt = nullptr;
-};
+/* Collects node cookies; at word stopAt prunes pruneAt and goes on, or ends the walk. */
+struct Trail { Words words; intptr_t stopAt = -1; void *pruneAt = nullptr; };
 int follow(void *ctx, void *node) {
     Trail *trail = static_cast<Trail *>(ctx);
     trail->words.push_back(wordOf(node));
@@ -76,29 +71,25 @@ TEST_F(SmallTree, WalksVisitInOrderEndAtZeroAndGoOnAroundWhatACallbackPrunes) {
 }
 TEST_F(SmallTree, SearchRunsFromTheStartToTheEndOfTheTreeAndFindsTheFirstMatch) {
     void *duplicate = TreeAddItem(n[5], word(3), KX_TREE_COOKIE_WORD);
+    /* From 4 the search leaves 4's subtree and goes on, but never reaches back to 2. */
     const struct { int start; intptr_t key; void *found; } rows[] = {
-        {4, 7, n[7]},  /* the search leaves the start node's subtree and goes on */
-        {4, 2, nullptr}, /* nodes before the start are not searched */
-        {1, 4, n[4]}, {1, 3, n[3]}, {4, 3, duplicate},
-    };
+        {4, 7, n[7]}, {4, 2, nullptr}, {1, 4, n[4]}, {1, 3, n[3]}, {4, 3, duplicate}};
     for (const auto &r : rows) {
         void *found = word(99);
-        EXPECT_EQ(TreeSearchFromNode(&found, n[r.start], wordIs, word(r.key), 0), r.found != nullptr)
-            << r.start << " " << r.key;
-        EXPECT_EQ(found, r.found) << r.start << " " << r.key;
+        const int hit = TreeSearchFromNode(&found, n[r.start], wordIs, word(r.key), 0);
+        EXPECT_TRUE(hit == (r.found != nullptr) && found == r.found) << r.start << " " << r.key;
     }
 }
 TEST_F(SmallTree, NavigationAndCounts) {
     EXPECT_EQ(TreeFirstNode(tree), n[1]);
     EXPECT_EQ(TreeNodeCount(tree), 7);
-    const struct { int node, children, firstChild, parent; } rows[] = {
-        {1, 2, 2, 0}, {2, 2, 3, 1}, {3, 0, 0, 2}, {4, 0, 0, 2}, {6, 1, 7, 0}};
+    /* node: its child count, first child and parent (0: none) */
+    const int rows[][4] = {{1, 2, 2, 0}, {2, 2, 3, 1}, {3, 0, 0, 2}, {4, 0, 0, 2}, {6, 1, 7, 0}};
     for (const auto &r : rows) {
-        EXPECT_EQ(TreeNodeChildCount(n[r.node]), r.children) << r.node;
-        EXPECT_EQ(TreeNodeFirstChild(n[r.node]), r.firstChild ? n[r.firstChild] : nullptr) << r.node;
-        EXPECT_EQ(TreeNodeParent(n[r.node]), r.parent ? n[r.parent] : nullptr) << r.node;
-        EXPECT_EQ(TreeNodeHasParent(n[r.node]), r.parent != 0) << r.node;
-        EXPECT_EQ(TreeFromNode(n[r.node]), tree) << r.node;
+        const Words got = {TreeNodeChildCount(n[r[0]]), wordOf(TreeNodeFirstChild(n[r[0]])),
+                           wordOf(TreeNodeParent(n[r[0]])), TreeNodeHasParent(n[r[0]]),
+                           TreeFromNode(n[r[0]]) == tree};
+        EXPECT_EQ(got, (Words{r[1], r[2], r[3], r[3] != 0, 1})) << "node " << r[0];
     }
     void *node = n[3];
     EXPECT_EQ(TreeNextSibling(&node, node), 1) << "the result may overwrite the argument";
@@ -113,42 +104,31 @@ TEST_F(SmallTree, NavigationAndCounts) {
 TEST_F(SmallTree, PruneRemovesTheSubtreeKeepsTheChainsRightAndLeavesNoHandles) {
     const int64_t count = MemPoolLiveCount(pool());
     EXPECT_EQ(TreePruneBranch(n[2]), 1);
-    EXPECT_EQ(MemPoolLiveCount(pool()), count - 3);
-    EXPECT_EQ(TreeNodeFirstChild(n[1]), n[5]);
-    EXPECT_EQ(TreeNodeCount(tree), 4);
-    for (int i : {2, 3, 4}) {
-        EXPECT_EQ(ObjGetTag(n[i]), 0u);
-        EXPECT_EQ(TreeNodeCookie(n[i]), nullptr);
-        EXPECT_EQ(TreeAddItem(n[i], word(8), KX_TREE_COOKIE_WORD), nullptr);
-        EXPECT_EQ(TreePruneBranch(n[i]), 0);
-    }
+    EXPECT_EQ((Words{MemPoolLiveCount(pool()) - count, wordOf(TreeNodeFirstChild(n[1])),
+                     TreeNodeCount(tree)}), (Words{-3, 5, 4}));
+    for (int i : {2, 3, 4})
+        EXPECT_TRUE(!ObjGetTag(n[i]) && !TreeNodeCookie(n[i]) && !TreePruneBranch(n[i]) &&
+                    !TreeAddItem(n[i], word(8), KX_TREE_COOKIE_WORD)) << "pruned " << i;
     void *a = TreeAddItem(n[7], word(10), KX_TREE_COOKIE_WORD);
     void *b = TreeAddItem(n[7], word(11), KX_TREE_COOKIE_WORD);
     void *c = TreeAddItem(n[7], word(12), KX_TREE_COOKIE_WORD);
     ASSERT_TRUE(TreePruneBranch(b)); /* a middle, a last and a first sibling */
     EXPECT_EQ(preorder(), (Words{1, 5, 6, 7, 10, 12}));
-    ASSERT_TRUE(TreePruneBranch(c));
-    ASSERT_NE(TreeAddItem(n[7], word(13), KX_TREE_COOKIE_WORD), nullptr);
-    ASSERT_TRUE(TreePruneBranch(a));
-    EXPECT_EQ(preorder(), (Words{1, 5, 6, 7, 13}));
-    ASSERT_TRUE(TreePruneBranch(n[1]));
-    EXPECT_EQ(TreeFirstNode(tree), n[6]);
+    ASSERT_TRUE(TreePruneBranch(c) && TreeAddItem(n[7], word(13), KX_TREE_COOKIE_WORD));
+    ASSERT_TRUE(TreePruneBranch(a) && TreePruneBranch(n[1]));
+    EXPECT_EQ(preorder(), (Words{6, 7, 13}));
     Trail trail;
     EXPECT_EQ(TreeWalkPostOrder(tree, [](void *ctx, void *node) {
         static_cast<Trail *>(ctx)->words.push_back(wordOf(node));
         return TreePruneBranch(node);
     }, &trail), 1) << "a post-order walk may prune every node it visits";
     EXPECT_EQ(trail.words, (Words{13, 7, 6}));
-    EXPECT_EQ(TreeFirstNode(tree), nullptr);
-    EXPECT_EQ(TreeNodeCount(tree), 0);
+    EXPECT_EQ((Words{TreeFirstNode(tree) == nullptr, TreeNodeCount(tree)}), (Words{1, 0}));
     ASSERT_NE(TreeAddRootItem(tree, word(9), KX_TREE_COOKIE_WORD), nullptr);
     EXPECT_EQ(preorder(), (Words{9}));
 }
 TEST_F(SmallTree, ACallbackMayReleaseTheTreeDuringAWalk) {
-    struct Release {
-        void *tree;
-        int visits = 0;
-    } ctx{tree};
+    struct Release { void *tree; int visits = 0; } ctx{tree};
     tree = nullptr;
     EXPECT_EQ(TreeWalk(ctx.tree, [](void *c, void *) {
         Release *r = static_cast<Release *>(c);
@@ -159,24 +139,23 @@ TEST_F(SmallTree, ACallbackMayReleaseTheTreeDuringAWalk) {
     EXPECT_EQ(ctx.visits, 7);
     EXPECT_EQ(ObjGetTag(ctx.tree), 0u) << "the tree went when the walk let it go";
 }
+/* Word cookies take no reference; a dead cookie object is stored as null. */
 TEST_F(TreeTest, ObjectCookiesAreHeldByTheirNodesAndDroppedWithThem) {
-    void *cookie = kxtest::make(kTagCookie, "i;", 8), *tree = nullptr;
+    void *cookie = kxtest::make(kTagCookie, "i;", 8), *tree = nullptr, *orphan = cookie;
     ASSERT_TRUE(TreeCreateFromPool(&tree, 0, pool()));
     void *root = TreeAddRootItem(tree, cookie, KX_TREE_COOKIE_OBJECT);
     void *child = TreeAddItem(root, cookie, KX_TREE_COOKIE_OBJECT);
     TreeAddItem(root, cookie, KX_TREE_COOKIE_WORD);
-    EXPECT_EQ(ObjGetRefCount(cookie), 3) << "word cookies take no reference";
-    EXPECT_EQ(TreeNodeCookie(child), cookie);
-    ASSERT_TRUE(TreePruneBranch(child));
-    EXPECT_EQ(ObjGetRefCount(cookie), 2);
+    Words counts = {ObjGetRefCount(cookie), TreeNodeCookie(child) == cookie};
+    TreePruneBranch(child);
+    counts.push_back(ObjGetRefCount(cookie));
     ObjReleaseInternal(&tree);
-    EXPECT_EQ(ObjGetRefCount(cookie), 1);
+    counts.push_back(ObjGetRefCount(cookie));
+    EXPECT_EQ(counts, (Words{3, 1, 2, 1}));
     ASSERT_TRUE(TreeCreateFromPool(&tree, 0, pool()));
-    void *orphan = cookie;
     ObjReleaseInternal(&orphan);
     root = TreeAddRootItem(tree, cookie, KX_TREE_COOKIE_OBJECT);
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(TreeNodeCookie(root), nullptr) << "a dead cookie object is stored as null";
+    EXPECT_TRUE(root != nullptr && TreeNodeCookie(root) == nullptr);
     EXPECT_EQ(TreeAddRootItem(tree, word(1), 7), nullptr) << "unknown cookie kind";
     ObjReleaseInternal(&tree);
 }
@@ -185,24 +164,17 @@ TEST_F(TreeTest, HandlesOfTheWrongKindAreAbsent) {
     ASSERT_TRUE(ListCreateFromPool(&list, 0, pool()));
     Trail trail;
     for (void *h : {fake, list, static_cast<void *>(nullptr)}) {
-        EXPECT_EQ(TreeAddRootItem(h, word(1), KX_TREE_COOKIE_WORD), nullptr);
-        EXPECT_EQ(TreeAddItem(h, word(1), KX_TREE_COOKIE_WORD), nullptr);
-        EXPECT_EQ(TreeWalk(h, follow, &trail, 0), 1);
-        EXPECT_EQ(TreeWalkPostOrder(h, follow, &trail), 1);
-        EXPECT_EQ(TreeWalkFromNode(h, follow, &trail, 0), 1);
         void *found = word(1);
-        EXPECT_EQ(TreeSearchFromNode(&found, h, wordIs, word(1), 0), 0);
-        EXPECT_EQ(found, nullptr);
-        EXPECT_EQ(TreeFirstNode(h), nullptr);
-        EXPECT_EQ(TreeNodeFirstChild(h), nullptr);
-        EXPECT_EQ(TreeNodeParent(h), nullptr);
-        EXPECT_EQ(TreeNodeChildCount(h), 0);
-        EXPECT_FALSE(TreeNodeHasParent(h));
-        EXPECT_EQ(TreeFromNode(h), nullptr);
-        EXPECT_EQ(TreeGetCookie(h), nullptr);
         TreeSetCookie(h, word(5));
-        EXPECT_EQ(TreePruneBranch(h), 0);
-        EXPECT_EQ(TreeNodeCount(h), 0);
+        const std::vector<const void *> absent = {
+            TreeAddRootItem(h, word(1), KX_TREE_COOKIE_WORD), TreeAddItem(h, word(1), 0),
+            TreeFirstNode(h), TreeNodeFirstChild(h), TreeNodeParent(h), TreeFromNode(h),
+            TreeGetCookie(h), word(TreeSearchFromNode(&found, h, wordIs, word(1), 0)), found,
+            word(TreeNodeChildCount(h)), word(TreeNodeHasParent(h)), word(TreePruneBranch(h)),
+            word(TreeNodeCount(h))};
+        EXPECT_EQ(absent, std::vector<const void *>(absent.size(), nullptr)) << h;
+        EXPECT_TRUE(TreeWalk(h, follow, &trail, 0) && TreeWalkPostOrder(h, follow, &trail) &&
+                    TreeWalkFromNode(h, follow, &trail, 0));
     }
     EXPECT_TRUE(trail.words.empty());
     ObjReleaseInternal(&fake);
@@ -221,23 +193,16 @@ TEST_F(TreeTest, WalksSearchPruneAndReleaseReachTheBottomOfADeepTree) {
         deepest = TreeAddItem(deepest, cookie, KX_TREE_COOKIE_OBJECT);
         ObjReleaseInternal(&cookie); /* the node holds it now */
     }
-    auto count = [](void *ctx, void *) {
-        ++*static_cast<int *>(ctx);
-        return 1;
-    };
-    int pre = 0, fromNode = 0;
-    EXPECT_EQ(TreeWalk(tree, count, &pre, 0), 1);
-    EXPECT_EQ(pre, kDepth);
-    TreeWalkFromNode(TreeNodeFirstChild(root), count, &fromNode, 0);
-    EXPECT_EQ(fromNode, kDepth - 1);
-    std::vector<void *> post;
-    TreeWalkPostOrder(tree, [](void *ctx, void *node) {
+    auto collect = [](void *ctx, void *node) {
         static_cast<std::vector<void *> *>(ctx)->push_back(node);
         return 1;
-    }, &post);
-    ASSERT_EQ(post.size(), static_cast<size_t>(kDepth));
-    EXPECT_EQ(post.front(), deepest) << "post-order starts at the bottom";
-    EXPECT_EQ(post.back(), root);
+    };
+    std::vector<void *> pre, below, post;
+    const int walked = TreeWalk(tree, collect, &pre, 0) + TreeWalkPostOrder(tree, collect, &post) +
+                       TreeWalkFromNode(TreeNodeFirstChild(root), collect, &below, 0);
+    ASSERT_EQ((Words{walked, intptr_t(pre.size()), intptr_t(below.size()), intptr_t(post.size())}),
+              (Words{3, kDepth, kDepth - 1, kDepth}));
+    EXPECT_TRUE(post.front() == deepest && post.back() == root) << "post-order starts at the bottom";
     void *found = nullptr;
     int wanted = kDepth - 1;
     EXPECT_EQ(TreeSearchFromNode(&found, root, [](void *key, void *cookie) {
