@@ -25,15 +25,6 @@ TEST_F(Spine, EveryTypeWithoutDataGetsGuiDataAndUnknownCodesAreSkipped) {
     EXPECT_EQ(s.item(51)->guiData, nullptr) << "a row-column manager checks its data first";
     destroy(s);
 }
-TEST_F(Spine, GuiDataRecordsTheJobAndTopLevelItemsUseTheScreenForm) {
-    Screen s;
-    s.add(nullptr, Label, 1, labelData("top"));
-    show(s, 77, false);
-    EXPECT_EQ(glJobId, 77);
-    EXPECT_EQ(s.item(1)->guiData->jobId, 77);
-    EXPECT_EQ(XtParent(outer(s, 1)), form());
-    destroy(s);
-}
 TEST_F(Spine, RecreatingAShownDefinitionReleasesTheOldGuiData) {
     Screen s;
     s.add(s.add(nullptr, GroupBox, 1, groupBoxData("Box")), Label, 2, labelData("in box"));

@@ -1,5 +1,5 @@
-// Many screens in a row: create, update and free cycles leave the pools as they were, and
-// random definitions (bad types, bad data, dangling ids, deep nesting) never crash.
+// Many screens in a row: random definitions (bad types, bad data, dangling ids, deep nesting)
+// created, updated and freed never crash, raise X errors or leave pool blocks behind.
 #include "plgscreen.h"
 #include <random>
 namespace xt {
@@ -72,33 +72,6 @@ void randomScreen(std::mt19937 &rng, Screen &s, int count) {
     }
 }
 using Stress = PlgScreenTest;
-TEST_F(Stress, TwoHundredCyclesOfCreateUpdateAndFreeLeakNothing) {
-    realize();
-    for (int cycle = 0; cycle < 200; ++cycle) {
-        auto first = std::make_unique<Screen>(), second = std::make_unique<Screen>();
-        for (Screen *s : {first.get(), second.get()}) {
-            void *box = s->add(nullptr, GroupBox, 1, groupBoxData("box"));
-            void *cells = s->add(box, RowColManager, 2, rowColData(3));
-            for (int i = 0; i < 7; ++i) s->add(cells, Label, 10 + i, labelData("cell"));
-            s->add(nullptr, Label, 3, labelData("below"));
-            s->attach(3, ATTACH_TOP, ATTACH_ITEM, 0, 1, 5);
-            s->attach(1, ATTACH_LEFT, ATTACH_CENTRE, 0, 0, 0);
-            s->addAction(3, 1, ACTION_HIDE);
-        }
-        oScreenDef screen = record(*first, cycle);
-        ASSERT_EQ(update(screen, *second, 0), 1);
-        first.reset();
-        second.reset(); /* the screen record keeps the new tree alive */
-        Screen patch;
-        patch.add(nullptr, Label, 12, labelData("patched"));
-        patch.add(nullptr, GroupBox, 1, groupBoxData("patched"));
-        patch.addAction(12, 3, ACTION_SHOW);
-        ASSERT_EQ(update(screen, patch, 1), 1);
-        GuiFreeScreenDefAndWidgets(&screen.oPluginScreenDef);
-        ASSERT_EQ(screen.oPluginScreenDef, nullptr);
-        if (cycle % 50 == 0) pump(1);
-    }
-}
 TEST_F(Stress, RandomDefinitionsNeverCrashRaiseXErrorsOrLeak) {
     const uint32_t seed = 20261122;
     std::mt19937 rng(seed);
