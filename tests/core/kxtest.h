@@ -24,7 +24,6 @@ protected:
         EXPECT_EQ(ObjLiveCount(), objects_) << "objects leaked or lost";
     }
     static uint32_t pool() { return MemGetDefaultPoolId(); }
-
 private:
     int64_t blocks_ = 0, objects_ = 0;
 };
@@ -47,7 +46,6 @@ public:
         value ? setenv(name, value, 1) : unsetenv(name);
     }
     ~ScopedEnv() { old_ ? setenv(name_.c_str(), old_->c_str(), 1) : unsetenv(name_.c_str()); }
-
 private:
     std::string name_;
     std::optional<std::string> old_;

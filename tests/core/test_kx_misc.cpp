@@ -1,10 +1,12 @@
 /* test_kx_misc.cpp - strings, time, configuration, paths, passwords and trace. */
 #include "kxtest.h"
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 namespace {
 using kxtest::ScopedEnv;
 using kxtest::take;
@@ -13,6 +15,7 @@ using StrTest = kxtest::PoolTest;
 using TimeTest = kxtest::PoolTest;
 using PathTest = kxtest::PoolTest;
 using SecurityTest = kxtest::PoolTest;
+using TraceTest = kxtest::PoolTest;
 TEST_F(StrTest, DuplicateJoinAndFormatIntoThePool) {
     const uint32_t other = MemPoolCreate("strings");
     const std::string z(5000, 'z');
@@ -56,7 +59,8 @@ TEST_F(TimeTest, CalendarClockAndNullArguments) {
     EXPECT_EQ(lengths, (Values{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31, 0}));
     for (int32_t year : {1900, 2000, 2023, 2024}) {
         const bool leap = year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
-        EXPECT_EQ((Values{TimeIsLeapYear(year), TimeDaysInMonth(2, year)}), (Values{leap, 28 + leap}));
+        EXPECT_EQ((Values{TimeIsLeapYear(year), TimeDaysInMonth(2, year)}),
+                  (Values{leap, 28 + leap}));
     }
     const int32_t before = static_cast<int32_t>(std::time(nullptr)), now = TimeNow();
     EXPECT_TRUE(now >= before && now <= before + 2);
@@ -194,10 +198,15 @@ TEST_F(PathTest, TheHomeIsKxHomeOrBesideTheLibrary) {
 }
 TEST_F(SecurityTest, EncryptionRoundTripsAndHidesTheClearText) {
     const char *clear = "correct horse battery staple";
-    char *sealed = nullptr, *again = nullptr;
-    ASSERT_TRUE(SecurityEncryptPassword(&sealed, clear, 1234));
-    EXPECT_EQ(std::strstr(sealed, "horse"), nullptr);
-    for (const char *c = sealed; *c; ++c) EXPECT_TRUE(std::isprint(static_cast<unsigned char>(*c)));
+    char *sealed = nullptr, *again = nullptr, *empty = nullptr;
+    ASSERT_TRUE(SecurityEncryptPassword(&sealed, clear, 1234) &&
+                SecurityEncryptPassword(&again, clear, 1234) &&
+                SecurityEncryptPassword(&empty, nullptr, 0));
+    std::string text = sealed;
+    auto printable = [](unsigned char c) { return std::isprint(c) != 0; };
+    EXPECT_TRUE(text.find("horse") == std::string::npos && text != again &&
+                std::all_of(text.begin(), text.end(), printable))
+        << "hidden, printable, and a fresh nonce every time: " << text;
     {
         kxtest::FreedSecrets freed;
         char *opened = SecurityDecryptPassword(sealed, 1234);
@@ -205,18 +214,12 @@ TEST_F(SecurityTest, EncryptionRoundTripsAndHidesTheClearText) {
         MemFreeSecret(&opened);
         EXPECT_EQ(freed.bytes, std::string(std::strlen(clear) + 1, '\0')) << "not wiped";
     }
+    EXPECT_EQ(take(SecurityDecryptPassword(empty, 0)), "") << "null seals as empty";
     EXPECT_EQ(SecurityDecryptPassword(sealed, 1235), nullptr) << "another key";
-    ASSERT_TRUE(SecurityEncryptPassword(&again, clear, 1234));
-    EXPECT_STRNE(sealed, again) << "a fresh nonce every time";
-    MemFreeInternal(&again);
-    std::string tampered = sealed;
-    tampered[tampered.size() / 2] = tampered[tampered.size() / 2] == 'A' ? 'B' : 'A';
-    MemFreeInternal(&sealed);
-    ASSERT_TRUE(SecurityEncryptPassword(&sealed, nullptr, 0));
-    EXPECT_EQ(take(SecurityDecryptPassword(sealed, 0)), "") << "null seals as empty";
-    MemFreeInternal(&sealed);
+    for (char **p : {&sealed, &again, &empty}) MemFreeInternal(p);
     EXPECT_FALSE(SecurityEncryptPassword(nullptr, "x", 1));
-    for (const char *bad : {tampered.c_str(), static_cast<const char *>(nullptr), "", "plain text",
+    text[text.size() / 2] = text[text.size() / 2] == 'A' ? 'B' : 'A';
+    for (const char *bad : {text.c_str(), static_cast<const char *>(nullptr), "", "plain text",
                             "kx1:", "kx1:!!!not base64!!!", "kx1:AAAA"})
         EXPECT_EQ(SecurityDecryptPassword(bad, 1234), nullptr) << (bad ? bad : "null");
 }
@@ -236,45 +239,32 @@ TEST(TraceEnvironment, KxTraceChoosesTheSinkAtTheFirstLineUntilOverridden) {
         testing::ExitedWithCode(0),
         "^GUI          4\\.1 L1 from the environment\nGUI          4\\.2 L1 read once\n$");
 }
-class TraceTest : public kxtest::PoolTest {
-protected:
-    void TearDown() override {
-        TraceSetSink("off");
-        PoolTest::TearDown();
-    }
-};
-TEST_F(TraceTest, TheHookGetsEveryLineWhateverTheSinkAndNoSinkCostsNothing) {
+TEST_F(TraceTest, LinesGoFormattedToTheHookAndTheSinkOrNowhereAtNoCost) {
+    const std::string path = kxtest::tempFile(), longText(10000, 'x');
     TraceSetSink("off");
-    EXPECT_FALSE(TraceIsOn()) << "no sink and no hook: a line would go nowhere";
+    Values results = {TraceIsOn()}; /* no sink and no hook: a line would go nowhere */
     {
         kxtest::TraceLines captured;
-        EXPECT_TRUE(TraceIsOn());
-        EXPECT_EQ(TraceMessage("GUI        ", 12, 3, 1, "Failed to load %s", "up.bmp"), 1);
-        ASSERT_EQ(captured.lines.size(), 1u);
-        EXPECT_EQ(captured.lines[0], "GUI        |12|3|1|Failed to load up.bmp");
+        results.push_back(TraceIsOn());
+        results.push_back(TraceMessage("GUI        ", 12, 3, 1, "Failed to load %s", "up.bmp"));
+        EXPECT_EQ(captured.lines,
+                  std::vector<std::string>{"GUI        |12|3|1|Failed to load up.bmp"});
     }
-    EXPECT_EQ(TraceMessage("GUI", 1, 0, 0, "nobody hears this"), 0);
-    TraceSetSink("stderr");
-    EXPECT_TRUE(TraceIsOn());
-    testing::internal::CaptureStderr();
-    TraceMessage("GUI        ", 5, 0, 0, "to stderr");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "GUI          5.0 L0 to stderr\n");
-    TraceSetSink(nullptr);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(TraceMessage("GUI        ", 6, 0, 0, "silent"), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "a null sink silences";
-}
-TEST_F(TraceTest, AFileSinkGetsFormattedLinesOfAnyLength) {
-    const std::string path = kxtest::tempFile(), longText(10000, 'x');
+    results.push_back(TraceMessage("GUI", 1, 0, 0, "nobody hears this"));
     TraceSetSink(("file:" + path).c_str());
-    EXPECT_EQ(TraceMessage("GUIPWD     ", 757, 0, -1, "Remove Timer %d", 4), 1);
-    EXPECT_EQ(TraceMessage("GUI        ", 8, 2, 4, "%s", longText.c_str()), 1);
-    std::ifstream in(path);
-    std::string first, second;
-    std::getline(in, first);
-    std::getline(in, second);
-    EXPECT_EQ(first, "GUIPWD       757.0 L-1 Remove Timer 4");
-    EXPECT_EQ(second, "GUI          8.2 L4 " + longText);
+    results.push_back(TraceMessage("GUIPWD     ", 757, 0, -1, "Remove Timer %d", 4));
+    results.push_back(TraceMessage("GUI        ", 8, 2, 4, "%s", longText.c_str()));
+    TraceSetSink("stderr");
+    testing::internal::CaptureStderr();
+    results.push_back(TraceMessage("GUI        ", 5, 0, 0, "to stderr"));
+    TraceSetSink(nullptr); /* silences */
+    results.push_back(TraceMessage("GUI        ", 6, 0, 0, "silent"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "GUI          5.0 L0 to stderr\n");
+    EXPECT_EQ(results, (Values{0, 1, 1, 0, 1, 1, 1, 0}));
+    std::stringstream file;
+    file << std::ifstream(path).rdbuf();
+    EXPECT_EQ(file.str(),
+              "GUIPWD       757.0 L-1 Remove Timer 4\nGUI          8.2 L4 " + longText + "\n");
     std::remove(path.c_str());
 }
 } // namespace

@@ -202,7 +202,7 @@ TEST_F(TreeTest, WalksSearchPruneAndReleaseReachTheBottomOfADeepTree) {
                        TreeWalkFromNode(TreeNodeFirstChild(root), collect, &below, 0);
     ASSERT_EQ((Words{walked, intptr_t(pre.size()), intptr_t(below.size()), intptr_t(post.size())}),
               (Words{3, kDepth, kDepth - 1, kDepth}));
-    EXPECT_TRUE(post.front() == deepest && post.back() == root) << "post-order starts at the bottom";
+    EXPECT_TRUE(post.front() == deepest && post.back() == root) << "post-order from the bottom";
     void *found = nullptr;
     int wanted = kDepth - 1;
     EXPECT_EQ(TreeSearchFromNode(&found, root, [](void *key, void *cookie) {
