@@ -1,17 +1,46 @@
 #!/usr/bin/env bash
-# Builds the benchmarks optimised and runs each one under a private X server.
+# Builds the benchmarks optimised and runs each one under a private X server; then counts
+# the screen benchmark's client instructions under callgrind, the library's against raw
+# Motif's, at 1000 items.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+build="${BENCH_BUILD_DIR:-build-bench}"
 ./tools/install-deps.sh
-cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF > /dev/null
-cmake --build build-bench -j"$(nproc)"
-for bench in build-bench/bin/bench_*; do
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF > /dev/null
+cmake --build "$build" -j"$(nproc)"
+export KX_HOME="$PWD/$build/share/xcontrols" KX_TRACE=off
+display=(xvfb-run -a -s "-screen 0 1280x1024x24")
+for bench in "$build"/bin/bench_*; do
   echo "== $(basename "$bench")"
   # The X server on one processor and the benchmark on another, when there are two:
   # neither then waits for the other to be scheduled.
   if [ "$(nproc)" -ge 2 ]; then
-    KX_HOME="$PWD/build-bench/share/xcontrols" taskset -c 1 xvfb-run -a -s "-screen 0 1280x1024x24" taskset -c 0 "$bench"
+    taskset -c 1 "${display[@]}" taskset -c 0 "$bench"
   else
-    KX_HOME="$PWD/build-bench/share/xcontrols" xvfb-run -a -s "-screen 0 1280x1024x24" "$bench"
+    "${display[@]}" "$bench"
   fi
 done
+
+echo "== bench_screen --instructions (callgrind)"
+dumps="$(mktemp -d)"
+trap 'rm -rf "$dumps"' EXIT
+"${display[@]}" valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$dumps/cg" \
+  "$build/bin/bench_screen" --instructions > "$dumps/log" 2>&1 || { cat "$dumps/log"; exit 1; }
+# Each dump is one phase: "<screen> <library|motif> <build|teardown>", and its count.
+for f in "$dumps"/cg.*; do
+  awk '/^desc: Trigger: Client Request: /{sub(/^desc: Trigger: Client Request: /, ""); name=$0}
+       /^totals: /{print name, $2}' "$f"
+done | awk '
+  { count[$1 " " $2 " " $3] = $4 }
+  END {
+    ok = 1
+    split("blocks mixed", screens, " ")
+    for (i = 1; i in screens; ++i) {
+      s = screens[i]
+      b = count[s " library build"] / count[s " motif build"]
+      t = count[s " library teardown"] / count[s " motif teardown"]
+      printf "instructions at 1000 items, %s screen, library / motif: build+layout %.2f, teardown %.2f\n", s, b, t
+      if (b > 1.15 || t > 1.15) ok = 0
+    }
+    printf "goal (instruction ratios <= 1.15): %s\n", ok ? "met" : "NOT met"
+  }'
