@@ -41,8 +41,8 @@ constexpr ItemKind kItemKinds[] = {
     {RowColManager, "Create a Row Col Manager", buildRowColManager},
     {DateInput, "Create a Date Input", buildDateInput},
     {TimeInput, "Create a Time Input", buildTimeInput},
-    {ChangePassword, "Create a Change password control", nullptr},
-    {GetPasswordBox, "Create a GetPasswordBox", nullptr},
+    {ChangePassword, "Create a Change password control", buildChangePassword},
+    {GetPasswordBox, "Create a GetPasswordBox", buildGetPasswordBox},
     {StackedTabManager, "Create a Stacked TabManager", nullptr},
     {ExtendedListBox, "Create an extended ListBox", buildListBox},
 };

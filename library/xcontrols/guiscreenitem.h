@@ -225,6 +225,8 @@ void buildComboBox(Widget parent, void *node);
 void buildDateInput(Widget parent, void *node);
 void buildTimeInput(Widget parent, void *node);
 void buildNumInput(Widget parent, void *node);
+void buildChangePassword(Widget parent, void *node);
+void buildGetPasswordBox(Widget parent, void *node);
 
 /* The form that holds the widgets of the control of a number, date or time input
 ** record; null for other records and for a record without a control. */

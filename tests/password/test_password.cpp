@@ -1,0 +1,159 @@
+/* test_password.cpp - the password entry and the password items, with real typing. */
+#include "plgscreen.h"
+#include <Xm/Text.h>
+#include <cstring>
+#include "guipwdentry.h"
+#include "../core/kxtest.h"
+namespace {
+using namespace xt;
+/* Bytes of the blocks that MemFreeSecret freed so far; none but zeros is left in them. */
+bool allWiped(const std::string &bytes) { return bytes.find_first_not_of('\0') == std::string::npos; }
+/* What the field shows: asterisks only. */
+std::string shown(Widget field) {
+    char *text = XmTextGetString(field);
+    std::string copy = text ? text : "";
+    XtFree(text);
+    return copy;
+}
+std::string password(Widget field) {
+    char *copy = nullptr;
+    GuiGetPassword(&copy, field);
+    std::string text = copy ? copy : "(null)";
+    MemFreeSecret(&copy);
+    return text;
+}
+const char *stored(Widget field) {
+    XtPointer block = nullptr;
+    XtVaGetValues(field, XmNuserData, &block, nullptr);
+    return static_cast<const char *>(block);
+}
+class PasswordTest : public PlgScreenTest {
+protected:
+    Widget newEntry() {
+        Widget field = XmCreateTextField(form(), const_cast<char *>("input"), nullptr, 0);
+        XtManageChild(field);
+        GuiCreatePasswordEntry(field);
+        if (!XtIsRealized(shell())) realize();
+        pump();
+        focus(field);
+        return field;
+    }
+    /* No captured trace line holds any of the texts. */
+    void expectNoTraceHolds(std::initializer_list<std::string> secrets) const {
+        for (const TraceLine &t : traces())
+            for (const std::string &secret : secrets)
+                EXPECT_EQ(t.text.find(secret), std::string::npos) << t.text;
+    }
+};
+struct EditRow {
+    const char *name;
+    void (*edit)(Widget field);
+    const char *shown, *stored;
+};
+TEST_F(PasswordTest, EditsKeepAsterisksInTheFieldAndThePasswordBeside) {
+    const EditRow rows[] = {
+        {"typing", [](Widget) { type("sec"); }, "***", "sec"},
+        {"insertion by program",
+         [](Widget f) { XmTextFieldInsert(f, 0, const_cast<char *>("Pa5te")); }, "*****", "Pa5te"},
+        {"backspace after the second of four",
+         [](Widget) { type("abcd"); key(XK_Home); key(XK_Right); key(XK_Right); key(XK_BackSpace); },
+         "*", "a"},
+        {"select all and type",
+         [](Widget f) { type("abcd"); XmTextFieldSetSelection(f, 0, 4, CurrentTime); type("x"); },
+         "*", "abcdx"},
+        {"set on an empty field", [](Widget f) { GuiSetPassword(f, "Eight8ch"); }, "********",
+         "Eight8ch"},
+        {"set over a typed one",
+         [](Widget f) { type("old"); GuiSetPassword(f, "Eight8ch"); }, "********", "Eight8ch"},
+    };
+    for (const EditRow &row : rows) {
+        Widget field = newEntry();
+        EXPECT_EQ(password(field), "(null)") << row.name << ": before anything was typed";
+        row.edit(field);
+        pump();
+        EXPECT_EQ(shown(field), row.shown) << row.name;
+        EXPECT_EQ(password(field), row.stored) << row.name;
+        XtDestroyWidget(field);
+        pump();
+    }
+    EXPECT_TRUE(hasTrace("GuiGetPassword()"));
+    expectNoTraceHolds({"sec", "Pa5te", "abcd", "Eight8ch"});
+    EXPECT_EQ(xErrorCount(), 0);
+}
+TEST_F(PasswordTest, EveryPasswordThatGoesIsWiped) {
+    kxtest::FreedSecrets frees;
+    Widget field = newEntry();
+    type("abcd");
+    EXPECT_EQ(frees.bytes.size(), 2u + 3 + 4) << "a, ab and abc, each wiped as it was replaced";
+    key(XK_Home); key(XK_Right); key(XK_Right); key(XK_BackSpace);
+    const char *block = stored(field);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(std::memcmp(block, "a\0\0\0\0", 5), 0) << "the cut-off part is overwritten";
+    GuiSetPassword(field, "new");
+    EXPECT_EQ(frees.bytes.size(), 9u + 5) << "the cut block, replaced by GuiSetPassword";
+    XtDestroyWidget(field);
+    pump();
+    EXPECT_EQ(frees.bytes.size(), 14u + 4) << "the set password, when the field goes";
+    EXPECT_TRUE(allWiped(frees.bytes));
+}
+/* Columns of the box, its key argument, what is typed, the stored encryption's clear text
+** (null: nothing is stored). */
+struct BoxRow { int32_t id; intptr_t key; const char *typed, *expected; };
+void *passwordBoxData(int32_t columns, intptr_t key) {
+    auto *d = newData<GetPasswordBoxData>(GUI_TAG_GETPASSWORD, GUI_GETPASSWORD_SIGNATURE);
+    d->columns = columns;
+    d->keyArg = key;
+    return d;
+}
+TEST_F(PasswordTest, ItemsKeepClearTextOrEncryption) {
+    xt::Screen s;
+    void *grid = column(s);
+    s.add(grid, ChangePassword, 1,
+          newData<ChangePasswordData>(GUI_TAG_CHANGEPASSWORD, GUI_CHANGEPASSWORD_SIGNATURE));
+    const BoxRow boxes[] = {{2, 7, "K3y", "K3y"}, {3, 0, "Zz9", nullptr}, {4, 7, "Qq", ""}};
+    for (const BoxRow &b : boxes) s.add(grid, GetPasswordBox, b.id, passwordBoxData(12, b.key));
+    show(s);
+    ASSERT_EQ(widgetCount(s.item(1)), 3);
+    auto *change = data<ChangePasswordData>(s, 1);
+    Widget newField = XtNameToWidget(outer(s, 1), "input");
+    {
+        kxtest::FreedSecrets frees;
+        focus(newField);
+        type("N");
+        EXPECT_STREQ(change->newPassword, "N");
+        EXPECT_EQ(change->confirmation, nullptr) << "not typed into yet";
+        type("w");
+        EXPECT_STREQ(change->newPassword, "Nw");
+        EXPECT_EQ(frees.bytes, std::string(4, '\0')) << "the entry's and the item data's N";
+    }
+    focus(value(s, 1));
+    type("Nw");
+    EXPECT_STREQ(change->confirmation, "Nw");
+    EXPECT_STREQ(change->newPassword, "Nw");
+    focus(value(s, 4));
+    type("Qq");
+    key(XK_BackSpace);
+    key(XK_BackSpace); /* cleared: the encryption of the empty text */
+    for (const BoxRow &b : boxes) {
+        if (b.id != 4) {
+            focus(value(s, b.id));
+            type(b.typed);
+        }
+        const char *encrypted = data<GetPasswordBoxData>(s, b.id)->encrypted;
+        if (b.expected == nullptr) {
+            EXPECT_EQ(encrypted, nullptr) << "box " << b.id;
+            continue;
+        }
+        ASSERT_NE(encrypted, nullptr) << "box " << b.id;
+        char *clear = SecurityDecryptPassword(encrypted, b.key);
+        EXPECT_STREQ(clear, b.expected) << "box " << b.id;
+        MemFreeSecret(&clear);
+        EXPECT_EQ(shown(value(s, b.id)), std::string(std::strlen(b.expected), '*'));
+    }
+    EXPECT_TRUE(hasTrace("got new password value"));
+    const char *encrypted = data<GetPasswordBoxData>(s, 2)->encrypted;
+    expectNoTraceHolds({"Nw", "K3y", "Zz9", "Qq", encrypted ? encrypted : "?"});
+    destroy(s);
+    EXPECT_EQ(xErrorCount(), 0);
+}
+} // namespace
