@@ -3,20 +3,15 @@
 #ifndef XC_TESTS_INPUTS_SUPPORT_H
 #define XC_TESTS_INPUTS_SUPPORT_H
 
-/* gtest before any X header: X defines macros (None, Bool) that gtest's names collide with. */
 #include "xharness.h"
-
 #include <X11/XKBlib.h>
 #include <Xm/ArrowB.h>
 #include <Xm/RowColumn.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
-
 #include <initializer_list>
 #include <string>
-
 namespace inputs {
-
 /* Counts the bells that the server rings, through the keyboard extension's bell
 ** notification on a connection of its own. */
 class BellCounter {
@@ -34,10 +29,7 @@ public:
         if (dpy_ != nullptr) XCloseDisplay(dpy_);
     }
     BellCounter(const BellCounter &) = delete;
-    BellCounter &operator=(const BellCounter &) = delete;
-
     bool available() const { return dpy_ != nullptr; }
-
     /* Bells rung since the counter was made or last reset. */
     int count() {
         if (dpy_ == nullptr) return -1;
@@ -55,21 +47,14 @@ public:
         count();
         count_ = 0;
     }
-
 private:
     Display *dpy_ = nullptr;
     int eventBase_ = 0;
     int count_ = 0;
 };
-
 /* The widgets of a date or time input, as a caller makes them. */
-struct DateWidgets {
-    Widget day, month, year, up, down;
-};
-struct TimeWidgets {
-    Widget hours, minutes, up, down;
-};
-
+struct DateWidgets { Widget day, month, year, up, down; };
+struct TimeWidgets { Widget hours, minutes, up, down; };
 /* Counts how many of the watched widgets have been destroyed. */
 class DestroyCounter {
 public:
@@ -77,12 +62,10 @@ public:
         for (Widget w : widgets) XtAddCallback(w, XmNdestroyCallback, onDestroy, &count_);
     }
     int count() const { return count_; }
-
 private:
     static void onDestroy(Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); }
     int count_ = 0;
 };
-
 /* A client that destroys its control from the first report it gets and counts the
 ** reports that still reach it afterwards (there must be none). */
 template <typename Handle, void (*destroy)(Handle *)>
@@ -100,7 +83,6 @@ struct CloseOnFirstReport {
         self->input = nullptr;
     }
 };
-
 /* The text of a text field or text widget. */
 inline std::string textOf(Widget w) {
     char *text = XmTextGetString(w);
@@ -108,7 +90,6 @@ inline std::string textOf(Widget w) {
     XtFree(text);
     return copy;
 }
-
 /* A test with a horizontal row in the form; widgets are added left to right. The row
 ** starts with a spare text field that takes the focus when the shell gets it and that
 ** the tests focus to make a field lose the focus. */
@@ -122,7 +103,6 @@ protected:
         ASSERT_TRUE(bells.available()) << "the server does not notify bells";
         bells.reset();
     }
-
     Widget field(const char *name, short columns) {
         return XtVaCreateManagedWidget(name, xmTextFieldWidgetClass, row_, XmNcolumns, columns,
                                        nullptr);
@@ -132,7 +112,6 @@ protected:
                                        direction, XmNwidth, 24, XmNheight, 24, nullptr);
     }
     Widget spare() const { return spare_; }
-
     /* The fields of a date input from left to right as the plugin screens lay them out
     ** (day, month, year), then its buttons. */
     DateWidgets dateWidgets() {
@@ -160,9 +139,7 @@ protected:
         xt::pressPointer();
     }
     void release() { xt::releasePointer(); }
-
     BellCounter bells;
-
 private:
     Widget row_ = nullptr;
     Widget spare_ = nullptr;

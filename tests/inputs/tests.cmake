@@ -24,7 +24,7 @@ if(NOT XC_SANITIZE)
   target_link_libraries(xcinputs_asan PUBLIC kx xcsnapshot ${MOTIF_LIB} PkgConfig::XLIBS
     PkgConfig::XTST GTest::gtest)
 
-  foreach(name test_numinput test_dateinput test_timeinput)
+  foreach(name test_numinput test_datetime)
     add_executable(${name}_asan ${XC_INPUTS_DIR}/${name}.cpp)
     target_link_libraries(${name}_asan PRIVATE xcinputs_asan GTest::gtest_main)
     add_test(NAME ${name}_asan COMMAND ${name}_asan)
