@@ -17,7 +17,7 @@ find_program(XC_VALGRIND valgrind)
 if(XC_VALGRIND AND NOT XC_SANITIZE)
   add_test(NAME test_combo_valgrind
            COMMAND ${XC_VALGRIND} -q --error-exitcode=9 --num-callers=40
-                   $<TARGET_FILE:test_combo> --gtest_filter=*ProgramCall*)
+                   $<TARGET_FILE:test_combo> --gtest_filter=*InATimer*)
   set_tests_properties(test_combo_valgrind PROPERTIES LABELS valgrind TIMEOUT 600
     ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off")
 endif()
