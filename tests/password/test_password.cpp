@@ -4,6 +4,8 @@
 #include <cstring>
 #include "guipwdentry.h"
 #include "../core/kxtest.h"
+#include "screenfile.h"
+#include <nlohmann/json.hpp>
 namespace {
 using namespace xt;
 /* Bytes of the blocks that MemFreeSecret freed so far; none but zeros is left in them. */
@@ -96,29 +98,29 @@ TEST_F(PasswordTest, EveryPasswordThatGoesIsWiped) {
     EXPECT_EQ(frees.bytes.size(), 14u + 4) << "the set password, when the field goes";
     EXPECT_TRUE(allWiped(frees.bytes));
 }
-/* Columns of the box, its key argument, what is typed, the stored encryption's clear text
-** (null: nothing is stored). */
+/* A box's id, key argument, what is typed, and the clear text of the encryption that it
+** then stores (null: nothing is stored). */
 struct BoxRow { int32_t id; intptr_t key; const char *typed, *expected; };
-void *passwordBoxData(int32_t columns, intptr_t key) {
-    auto *d = newData<GetPasswordBoxData>(GUI_TAG_GETPASSWORD, GUI_GETPASSWORD_SIGNATURE);
-    d->columns = columns;
-    d->keyArg = key;
-    return d;
-}
+constexpr const char *kScreen = R"({"items": [{"type": "RowColManager", "id": 100, "children": [
+    {"type": "ChangePassword", "id": 1},
+    {"type": "ChangePassword", "id": 5, "answerClearText": true},
+    {"type": "GetPasswordBox", "id": 2, "data": {"columns": 12, "keyArg": 7}},
+    {"type": "GetPasswordBox", "id": 3, "data": {"columns": 12, "keyArg": 0}},
+    {"type": "GetPasswordBox", "id": 4, "data": {"columns": 12, "keyArg": 7}}]}]})";
 TEST_F(PasswordTest, ItemsKeepClearTextOrEncryption) {
-    xt::Screen s;
-    void *grid = column(s);
-    s.add(grid, ChangePassword, 1,
-          newData<ChangePasswordData>(GUI_TAG_CHANGEPASSWORD, GUI_CHANGEPASSWORD_SIGNATURE));
-    const BoxRow boxes[] = {{2, 7, "K3y", "K3y"}, {3, 0, "Zz9", nullptr}, {4, 7, "Qq", ""}};
-    for (const BoxRow &b : boxes) s.add(grid, GetPasswordBox, b.id, passwordBoxData(12, b.key));
-    show(s);
-    ASSERT_EQ(widgetCount(s.item(1)), 3);
-    auto *change = data<ChangePasswordData>(s, 1);
-    Widget newField = XtNameToWidget(outer(s, 1), "input");
+    screenfile::Loaded screen;
+    std::string error;
+    ASSERT_TRUE(screenfile::parse(kScreen, screen, error)) << error;
+    GuiCreatePlgScreen(form(), screen.tree(), 42);
+    realize();
+    pump();
+    auto item = [&](int32_t id) { return itemOf(findNode(screen.tree(), id)); };
+    auto box = [&](int32_t id) { return static_cast<GetPasswordBoxData *>(item(id)->itemData); };
+    auto *change = static_cast<ChangePasswordData *>(item(1)->itemData);
+    ASSERT_EQ(widgetCount(item(1)), 3);
     {
         kxtest::FreedSecrets frees;
-        focus(newField);
+        focus(XtNameToWidget(outerWidget(item(1)), "input"));
         type("N");
         EXPECT_STREQ(change->newPassword, "N");
         EXPECT_EQ(change->confirmation, nullptr) << "not typed into yet";
@@ -126,34 +128,40 @@ TEST_F(PasswordTest, ItemsKeepClearTextOrEncryption) {
         EXPECT_STREQ(change->newPassword, "Nw");
         EXPECT_EQ(frees.bytes, std::string(4, '\0')) << "the entry's and the item data's N";
     }
-    focus(value(s, 1));
-    type("Nw");
+    for (int32_t id : {1, 5}) {
+        focus(valueWidget(item(id)));
+        type("Nw");
+    }
     EXPECT_STREQ(change->confirmation, "Nw");
-    EXPECT_STREQ(change->newPassword, "Nw");
-    focus(value(s, 4));
+    focus(valueWidget(item(4)));
     type("Qq");
     key(XK_BackSpace);
     key(XK_BackSpace); /* cleared: the encryption of the empty text */
+    const BoxRow boxes[] = {{2, 7, "K3y", "K3y"}, {3, 0, "Zz9", nullptr}, {4, 7, "", ""}};
     for (const BoxRow &b : boxes) {
-        if (b.id != 4) {
-            focus(value(s, b.id));
-            type(b.typed);
-        }
-        const char *encrypted = data<GetPasswordBoxData>(s, b.id)->encrypted;
+        focus(valueWidget(item(b.id)));
+        type(b.typed);
         if (b.expected == nullptr) {
-            EXPECT_EQ(encrypted, nullptr) << "box " << b.id;
+            EXPECT_EQ(box(b.id)->encrypted, nullptr) << "box " << b.id;
             continue;
         }
-        ASSERT_NE(encrypted, nullptr) << "box " << b.id;
-        char *clear = SecurityDecryptPassword(encrypted, b.key);
+        ASSERT_NE(box(b.id)->encrypted, nullptr) << "box " << b.id;
+        char *clear = SecurityDecryptPassword(box(b.id)->encrypted, b.key);
         EXPECT_STREQ(clear, b.expected) << "box " << b.id;
         MemFreeSecret(&clear);
-        EXPECT_EQ(shown(value(s, b.id)), std::string(std::strlen(b.expected), '*'));
+        EXPECT_EQ(shown(valueWidget(item(b.id))), std::string(std::strlen(b.expected), '*'));
     }
+    /* Answers: clear text only where the file asked for it, the box encrypted. */
+    auto values = nlohmann::json::parse(screenfile::answers(screen.tree(), 42))["values"];
+    EXPECT_EQ(values["1"], nlohmann::json({{"type", "ChangePassword"}, {"passwordsMatch", true}}));
+    EXPECT_EQ(values["5"]["newPassword"], nullptr);
+    EXPECT_EQ(values["5"]["passwordsMatch"], false);
+    EXPECT_EQ(values["5"]["confirmation"], "Nw");
+    EXPECT_EQ(values["2"]["encrypted"], box(2)->encrypted);
     EXPECT_TRUE(hasTrace("got new password value"));
-    const char *encrypted = data<GetPasswordBoxData>(s, 2)->encrypted;
-    expectNoTraceHolds({"Nw", "K3y", "Zz9", "Qq", encrypted ? encrypted : "?"});
-    destroy(s);
+    expectNoTraceHolds({"Nw", "K3y", "Zz9", "Qq", box(2)->encrypted});
+    void *tree = screen.take();
+    GuiFreeScreenDefAndWidgets(&tree);
     EXPECT_EQ(xErrorCount(), 0);
 }
 } // namespace

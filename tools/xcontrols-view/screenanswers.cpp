@@ -52,7 +52,8 @@ std::string isoTime(int32_t t) {
 
 ordered_json fieldValue(const FieldDef &field, const char *data) {
     switch (field.kind) {
-    case FieldKind::Text: return textOrNull(fieldAt<const char *>(data, field.offset));
+    case FieldKind::Text:
+    case FieldKind::ClearPassword: return textOrNull(fieldAt<const char *>(data, field.offset));
     case FieldKind::Flag: return fieldAt<int32_t>(data, field.offset) != 0;
     case FieldKind::Word: return static_cast<int64_t>(fieldAt<intptr_t>(data, field.offset));
     case FieldKind::Int:
@@ -118,6 +119,14 @@ void addChildValues(ordered_json &value, void *node, const ScreenItem *item, con
     }
 }
 
+/* Whether both entries of a change of password were typed and are the same: what a
+** client needs to know without seeing either. */
+bool passwordsMatch(const char *data) {
+    auto *change = reinterpret_cast<const ChangePasswordData *>(data);
+    return change->newPassword && change->confirmation &&
+           std::strcmp(change->newPassword, change->confirmation) == 0;
+}
+
 /* The value entry of one item, or null for an item that holds no value. */
 ordered_json valueOf(void *node) {
     const ScreenItem *item = itemOf(node);
@@ -128,12 +137,15 @@ ordered_json valueOf(void *node) {
     for (size_t i = 0; i < type->fieldCount; ++i) {
         const FieldDef &field = type->fields[i];
         if (!field.answer) continue;
+        if (field.kind == FieldKind::ClearPassword && !(item->clientWord1 & kAnswerClearText))
+            continue;
         value[field.name] = fieldValue(field, data);
         int32_t t = fieldAt<int32_t>(data, field.offset);
         if (field.kind == FieldKind::Date) value["iso"] = isoDate(t);
         if (field.kind == FieldKind::Time) value["iso"] = isoTime(t);
     }
     addChildValues(value, node, item, data);
+    if (item->itemType == ChangePassword) value["passwordsMatch"] = passwordsMatch(data);
     return value.size() > 1 ? value : ordered_json();
 }
 

@@ -207,7 +207,7 @@ private:
         expectObject(obj, path);
         onlyFields(obj, path,
                    {"type", "id", "hidden", "disabled", "data", "attach", "actions", "children",
-                    "comment"},
+                    "comment", "answerClearText"},
                    "an item");
         ObjectRef ref(newObject(GUI_TAG_SCREEN_ITEM, GUI_SCREEN_ITEM_SIGNATURE,
                                 sizeof(ScreenItem), path));
@@ -220,6 +220,8 @@ private:
         if (const json *v = member(obj, "disabled"))
             rec->disabled = flagOf(*v, memberPath(path, "disabled"));
         itemData(member(obj, "data"), memberPath(path, "data"), type, rec);
+        if (const json *v = member(obj, "answerClearText"))
+            clearTextAnswer(*v, memberPath(path, "answerClearText"), type, rec);
         if (const json *v = member(obj, "attach")) attachments(*v, memberPath(path, "attach"), rec);
         if (const json *v = member(obj, "actions")) actions(*v, memberPath(path, "actions"), rec);
 
@@ -246,6 +248,17 @@ private:
         }
         rec->itemType = type->code;
         return type;
+    }
+
+    /* Asking for a password in clear in the answers is only for a type that keeps one. */
+    static void clearTextAnswer(const json &v, const std::string &path, const TypeDef *type,
+                                ScreenItem *rec) {
+        if (!flagOf(v, path)) return;
+        bool keepsClearText = false;
+        for (size_t i = 0; type && i < type->fieldCount; ++i)
+            keepsClearText |= type->fields[i].kind == FieldKind::ClearPassword;
+        if (!keepsClearText) fail(path, "only a ChangePassword keeps a password in clear");
+        rec->clientWord1 |= kAnswerClearText;
     }
 
     /* Absent: a record of the type with every field zero or null. null: no record. */
@@ -277,7 +290,8 @@ private:
     static void store(char *slot, FieldKind kind, const json &v, const std::string &path) {
         int32_t word = 0;
         switch (kind) {
-        case FieldKind::Text: {
+        case FieldKind::Text:
+        case FieldKind::ClearPassword: {
             if (!v.is_null() && !v.is_string()) fail(path, "expected a string or null, got " + describe(v));
             char *text = v.is_null() ? nullptr
                                      : StrDuplicateIntoPool(v.get<std::string>().c_str(),

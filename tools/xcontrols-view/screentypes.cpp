@@ -41,8 +41,8 @@ const FieldDef kLabel[] = {FIELD(LabelData, text, Text, false)};
 const FieldDef kRowCol[] = {FIELD(RowColManagerData, columns, Int, false)};
 const FieldDef kDateInput[] = {FIELD(DateInputData, date, Date, true)};
 const FieldDef kTimeInput[] = {FIELD(TimeInputData, time, Time, true)};
-const FieldDef kChangePassword[] = {FIELD(ChangePasswordData, newPassword, Text, true),
-                                    FIELD(ChangePasswordData, confirmation, Text, true)};
+const FieldDef kChangePassword[] = {FIELD(ChangePasswordData, newPassword, ClearPassword, true),
+                                    FIELD(ChangePasswordData, confirmation, ClearPassword, true)};
 const FieldDef kGetPassword[] = {FIELD(GetPasswordBoxData, columns, Int, false),
                                  FIELD(GetPasswordBoxData, keyArg, Word, false),
                                  FIELD(GetPasswordBoxData, encrypted, Text, true)};

@@ -23,7 +23,8 @@ enum class FieldKind {
     Text, /* a pool string owned by the record, or null */
     Date, /* seconds; also "YYYY-MM-DD" or "now" */
     Time, /* seconds; also "HH:MM", "HH:MM:SS" or "now" */
-    Word  /* a pointer-sized integer */
+    Word, /* a pointer-sized integer */
+    ClearPassword /* a password in clear, stored as Text; answered only when the item asks */
 };
 
 struct FieldDef {
@@ -42,6 +43,11 @@ struct TypeDef {
     const FieldDef *fields;
     size_t fieldCount;
 };
+
+/* The loader's mark in an item's clientWord1, a word that the library never reads: the
+** screen file asked for the item's clear-text password fields in the answers
+** ("answerClearText": true). Without it they are never printed. */
+constexpr int32_t kAnswerClearText = 1;
 
 /* Lookups; null when nothing matches. */
 const TypeDef *typeByName(const std::string &name);
