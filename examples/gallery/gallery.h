@@ -18,11 +18,13 @@ struct Section {
 /* One file per section (section_*.cpp) defines its builder. */
 void buildComboSection(Widget area);
 void buildInputsSection(Widget area);
+void buildPasswordSection(Widget area);
 
 /* The sections from top to bottom. A new control adds its builder here. */
 inline constexpr Section kSections[] = {
     {"Combo boxes", buildComboSection},
     {"Number, date and time inputs", buildInputsSection},
+    {"Password entries", buildPasswordSection},
 };
 
 } // namespace gallery
