@@ -89,6 +89,9 @@ TEST_F(Items, DateLaysOutDayMonthYearAndStepsTheDayIntoTheItem) {
         click(arrow);
         EXPECT_EQ(*value, dateTime(2024, 2, day)) << "February 2024 has 29 days";
     }
+    focus(in->wYear); /* the arrows step the field that has the focus */
+    click(in->wUp);
+    EXPECT_EQ(*value, dateTime(2025, 2, 27));
     destroy(s);
 }
 TEST_F(Items, TimeInAGroupBoxLivesInTheBoxsFormAndWritesItsChanges) {
