@@ -1,6 +1,8 @@
 /* guicommon.cpp - helpers that every source unit of the library shares. */
 #include "guicommon.h"
 
+#include <Xm/DropSMgr.h>
+
 #include <cstring>
 
 namespace xc {
@@ -86,6 +88,14 @@ void unmapWidget(Widget w) {
 void raiseWidget(Widget w) {
     if (w != nullptr && XtIsRealized(w) && XtWindow(w) != 0)
         XRaiseWindow(XtDisplay(w), XtWindow(w));
+}
+
+DropSiteBatch::DropSiteBatch(Widget w) : widget_(w) {
+    if (widget_ != nullptr) XmDropSiteStartUpdate(widget_);
+}
+
+DropSiteBatch::~DropSiteBatch() {
+    if (widget_ != nullptr) XmDropSiteEndUpdate(widget_);
 }
 
 void setColourByName(Widget w, const char *resource, const char *colour) {

@@ -57,6 +57,20 @@ void mapWidget(Widget w);
 void unmapWidget(Widget w);
 void raiseWidget(Widget w);
 
+/* Holds back Motif's updates of its drop-site registry while the guard lives: every text
+** widget is a drop site, and the registry updated once per widget created or destroyed
+** costs time that grows with the square of the widgets of the shell. `w`: any widget of
+** the shell, alive at both ends; null holds nothing back. */
+class DropSiteBatch {
+public:
+    explicit DropSiteBatch(Widget w);
+    ~DropSiteBatch();
+    DropSiteBatch(const DropSiteBatch &) = delete;
+    DropSiteBatch &operator=(const DropSiteBatch &) = delete;
+private:
+    Widget widget_;
+};
+
 /* Sets a colour resource from a colour name, through XtVaTypedArg. */
 void setColourByName(Widget w, const char *resource, const char *colour);
 

@@ -108,6 +108,7 @@ void callClose(int32_t jobId) {
 
 /* Runs the create and layout passes with the manage calls of the builders batched. */
 void buildScreen(Widget parent, void *tree) {
+    DropSiteBatch dropSites(parent);
     BuildBatch batch;
     TreeWalk(tree, createNode, parent, 0);
     ItemIndex index(tree);

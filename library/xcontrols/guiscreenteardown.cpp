@@ -217,6 +217,7 @@ void appendControl(oGuiData *gui, GuiWidgetRecord **rec) {
 void destroyScreenWidgets(void *tree) {
     Teardown teardown;
     TreeWalkPostOrder(tree, takeNodeWidgets, &teardown);
+    DropSiteBatch dropSites(teardown.alone.empty() ? nullptr : XtParent(teardown.alone.front()));
     unmanageByParent(teardown.alone);
     for (GuiWidgetRecord *rec : teardown.controls) destroyControlOf(rec);
     TeardownScope scope(tree);
