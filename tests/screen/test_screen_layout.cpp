@@ -124,6 +124,42 @@ TEST_F(Layout, GroupBoxesNestDisabledItemsAreInsensitiveHiddenOnesStayUnmapped) 
     EXPECT_FALSE(XtIsSensitive(outer(s, 5)));
     destroy(s);
 }
+/* The pass goes bottom-up: a grid measures children laid out already, so one nested grid
+** writes one measuring and one placing line per child (3 and 3); a chain of 20 grids
+** puts its innermost label where the outermost grid starts; a group box centred on the
+** form is measured at its real size, its children included. */
+TEST_F(Layout, NestedGridsAreLaidOutOnceAndContainersCentredAtTheirSize) {
+    realize();
+    Screen s;
+    void *inner = s.add(s.add(nullptr, RowColManager, 1, rowColData(1)), RowColManager, 2, rowColData(1));
+    s.add(inner, Label, 3, labelData("three"));
+    s.add(inner, Label, 4, labelData("four"));
+    void *chain = s.add(nullptr, RowColManager, 10, rowColData(1));
+    for (int depth = 1; depth < 20; ++depth) chain = s.add(chain, RowColManager, 10 + depth, rowColData(1));
+    s.add(chain, Label, 30, labelData("innermost"));
+    s.add(s.add(nullptr, GroupBox, 40, groupBoxData("Centred")), Label, 41, labelData("a label wider than the title"));
+    s.attach(40, ATTACH_LEFT, ATTACH_CENTRE, 0, 0, 0);
+    s.attach(10, ATTACH_TOP, ATTACH_ITEM, 0, 1, 10);
+    clearTraces();
+    showIn(s, form());
+    int measured = 0, placed = 0;
+    for (const TraceLine &line : traces()) {
+        measured += line.text.rfind("For row", 0) == 0 && line.text.find("wide by") != std::string::npos;
+        placed += line.text.rfind("For row", 0) == 0 && line.text.find("place at") != std::string::npos;
+    }
+    EXPECT_EQ(measured, 3 + 20);
+    EXPECT_EQ(placed, 3 + 20);
+    int gridX, gridY, labelX, labelY;
+    rootPosition(outer(s, 10), &gridX, &gridY);
+    rootPosition(outer(s, 30), &labelX, &labelY);
+    EXPECT_TRUE(labelX == gridX && labelY == gridY && isViewable(outer(s, 30)));
+    EXPECT_EQ(geometry(outer(s, 10)).width, geometry(outer(s, 30)).width);
+    int offset = 0;
+    XtVaGetValues(outer(s, 40), XmNleftOffset, &offset, nullptr);
+    EXPECT_EQ(offset, -(geometry(outer(s, 40)).width / 2));
+    EXPECT_GT(geometry(outer(s, 40)).width, geometry(outer(s, 41)).width);
+    destroy(s);
+}
 /* Containers in a grid are measured with their own content laid out: a group box and a
 ** nested grid take their real size, and the next row starts below them. */
 using GridOfContainers = ShownBothWays;
