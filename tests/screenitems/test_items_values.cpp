@@ -92,6 +92,9 @@ TEST_F(Items, DateLaysOutDayMonthYearAndStepsTheDayIntoTheItem) {
     focus(in->wYear); /* the arrows step the field that has the focus */
     click(in->wUp);
     EXPECT_EQ(*value, dateTime(2025, 2, 27));
+    retype(in->wMonth, "jun"); /* the whole name: June, not January by its first letter */
+    focus(in->wDay);
+    EXPECT_EQ(*value, dateTime(2025, 6, 27));
     destroy(s);
 }
 TEST_F(Items, TimeInAGroupBoxLivesInTheBoxsFormAndWritesItsChanges) {
