@@ -198,6 +198,7 @@ constexpr double kSizeBudget = 5; /* seconds of one library round before a large
 struct SizeResult {
     int items = 0;
     double libraryBuild = 0, libraryTeardown = 0; /* best run, seconds */
+    double motifBuild = 0, motifTeardown = 0;
 };
 
 /* Prints one row per size; returns the library's best times, and whether every size met
@@ -231,17 +232,26 @@ std::vector<SizeResult> compare(Widget form, const char *name, const Part &block
                     best(mb) * 1e3, buildRatio, best(lt) * 1e3, best(mt) * 1e3, teardownRatio, bytes);
         if (!differs.empty()) std::printf("        the layouts differ, no comparison: %s\n", differs.c_str());
         *ok = *ok && differs.empty() && buildRatio <= 1.25 && teardownRatio <= 1.25 && bytes <= 512;
-        results.push_back({count * perBlock, best(lb), best(lt)});
+        results.push_back({count * perBlock, best(lb), best(lt), best(mb), best(mt)});
     }
     return results;
 }
 
 /* ---- Scaling checks --------------------------------------------------------------------- */
 
-void checkPerItem(const char *what, double small, int smallItems, double large, int largeItems) {
-    const double growth = (large / largeItems) / (small / smallItems);
-    std::printf("scaling: %s per item at %d / at %d items: %.2f (goal <= 1.30) %s\n", what, largeItems, smallItems,
-                growth, verdict(growth <= 1.30));
+/* Motif's own cost per item grows with the screen (its form orders children by their
+** attachments, its traversal and drop-site lists grow), and the baseline pays it as the
+** library does; what the library adds must not grow, so the growth is judged against the
+** baseline's growth, which is printed beside it. */
+void checkPerItem(const char *what, const SizeResult &small, const SizeResult &large,
+                  double SizeResult::*library, double SizeResult::*motif) {
+    auto growth = [&](double SizeResult::*side) {
+        return (large.*side / large.items) / (small.*side / small.items);
+    };
+    const double own = growth(library) / growth(motif);
+    std::printf("scaling: %s per item at %d / at %d items: library %.2f, raw Motif %.2f; the library's "
+                "own growth %.2f (goal <= 1.30) %s\n", what, large.items, small.items, growth(library),
+                growth(motif), own, verdict(own <= 1.30));
 }
 
 void checkGridChain(Widget form) {
@@ -309,9 +319,8 @@ int main(int argc, char **argv) {
     compare(form, "blocks", labelBlock(), {250, 1000, 4000}, &ok);
     const std::vector<SizeResult> mixed = compare(form, "mixed", mixedBlock(), {250, 1000, 4000, 16000}, &ok);
     std::printf("goal (same layout, wall-clock ratios <= 1.25, <= 512 bytes per item): %s\n", verdict(ok));
-    checkPerItem("mixed build", mixed[1].libraryBuild, mixed[1].items, mixed.back().libraryBuild, mixed.back().items);
-    checkPerItem("mixed teardown", mixed[1].libraryTeardown, mixed[1].items, mixed.back().libraryTeardown,
-                 mixed.back().items);
+    checkPerItem("mixed build", mixed[1], mixed.back(), &SizeResult::libraryBuild, &SizeResult::motifBuild);
+    checkPerItem("mixed teardown", mixed[1], mixed.back(), &SizeResult::libraryTeardown, &SizeResult::motifTeardown);
     checkGridChain(form);
     checkGridOfBoxes(form);
     XtDestroyWidget(shell);
