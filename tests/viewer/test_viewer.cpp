@@ -13,12 +13,10 @@ namespace {
 
 /* Width and height from a PNG's header, or {0, 0} when the file is no PNG. */
 std::pair<uint32_t, uint32_t> pngSize(const std::string &path) {
-    unsigned char head[24] = {};
-    std::ifstream(path, std::ios::binary).read(reinterpret_cast<char *>(head), sizeof head);
-    if (std::memcmp(head, "\x89PNG\r\n\x1a\n", 8) != 0) return {0, 0};
-    auto word = [&](int at) {
-        return uint32_t(head[at]) << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3];
-    };
+    unsigned char h[24] = {};
+    std::ifstream(path, std::ios::binary).read(reinterpret_cast<char *>(h), sizeof h);
+    if (std::memcmp(h, "\x89PNG\r\n\x1a\n", 8) != 0) return {0, 0};
+    auto word = [&](int i) { return uint32_t(h[i]) << 24 | h[i + 1] << 16 | h[i + 2] << 8 | h[i + 3]; };
     return {word(16), word(20)};
 }
 
@@ -26,22 +24,22 @@ TEST(ViewerProgram, BadInputEndsWithItsStatusAndMessage) {
     Scratch scratch;
     const std::string good = scratch.file("good.json", R"({"items": []})"), dir = scratch.path("");
     const std::string usage = "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json";
-    struct Case { std::vector<std::string> args, env; std::string input; int status; std::string err; };
+    struct Case { std::vector<std::string> args; std::string env, input; int status; std::string err; };
     const Case cases[] = {
-        {{scratch.path("none.json")}, {}, "", 2,
+        {{scratch.path("none.json")}, "", "", 2,
          "cannot read " + scratch.path("none.json") + ": No such file or directory"},
-        {{dir}, {}, "", 2, "cannot read " + dir + ": it is a directory"},
-        {{"/dev/zero"}, {}, "", 2, "cannot read /dev/zero: larger than 4 MiB, the most a screen file may have"},
-        {{"-"}, {}, R"({"items": [{"type": "Label", "id": 1, "data": {"text": 1}}]})", 2,
+        {{dir}, "", "", 2, "cannot read " + dir + ": it is a directory"},
+        {{"/dev/zero"}, "", "", 2,
+         "cannot read /dev/zero: larger than 4 MiB, the most a screen file may have"},
+        {{"-"}, "", R"({"items": [{"type": "Label", "id": 1, "data": {"text": 1}}]})", 2,
          "-: items[0].data.text: expected a string or null, got an integer"},
-        {{}, {}, "", 2, "no screen file given"},
-        {{"--frobnicate", good}, {}, "", 2, "unknown option --frobnicate"},
-        {{good, "--png"}, {}, "", 2, "option --png needs a value"},
-        {{"--size", "big", good}, {}, "", 2, "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"big\""},
-        {{"--size", "0x10", good}, {}, "", 2, "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"0x10\""},
-        {{good, good}, {}, "", 2, ""},
-        {{good}, {"DISPLAY=:4095"}, "", 3, "cannot open display \":4095\""},
-    };
+        {{}, "", "", 2, "no screen file given"},
+        {{"--frobnicate", good}, "", "", 2, "unknown option --frobnicate"},
+        {{good, "--png"}, "", "", 2, "option --png needs a value"},
+        {{"--size", "0x10", good}, "", "", 2,
+         "--size wants WIDTHxHEIGHT in pixels, such as 640x480, not \"0x10\""},
+        {{good, good}, "", "", 2, ""},
+        {{good}, "DISPLAY=:4095", "", 3, "cannot open display \":4095\""}};
     for (const Case &c : cases) {
         Viewer viewer(c.args, c.env, c.input);
         SCOPED_TRACE(c.err);
@@ -62,17 +60,18 @@ TEST(ViewerProgram, ScreensRenderToAPngOfTheirSize) {
     Scratch scratch;
     const std::string png = scratch.path("shot.png"), screen = scratch.file("screen.json",
         R"({"width": 300, "height": 200, "items": [{"type": "Label", "id": 1, "data": {"text": "Hi"}}]})");
-    struct Case { std::vector<std::string> args; std::string input; uint32_t width, height; const char *trace; };
+    struct Case { std::vector<std::string> args; std::string input; uint32_t w, h; const char *trace; };
     const Case cases[] = {{{"-"}, R"({"width": 120, "height": 80, "items": []})", 120, 80, nullptr},
                           {{screen}, "", 300, 200, nullptr},
                           {{"--size", "420x260", "--trace", screen}, "", 420, 260, "Create a Label"}};
     for (const Case &c : cases) {
         std::vector<std::string> args{"--png", png};
         args.insert(args.end(), c.args.begin(), c.args.end());
-        Viewer viewer(args, {}, c.input);
+        Viewer viewer(args, "", c.input);
         ASSERT_EQ(viewer.finish(), 0) << viewer.err;
-        EXPECT_EQ(pngSize(png), std::make_pair(c.width, c.height));
-        EXPECT_EQ(viewer.err.find(c.trace ? c.trace : "\n") != std::string::npos, c.trace != nullptr) << viewer.err;
+        EXPECT_EQ(pngSize(png), std::make_pair(c.w, c.h));
+        EXPECT_EQ(viewer.err.find(c.trace ? c.trace : "\n") != std::string::npos, c.trace != nullptr)
+            << viewer.err;
     }
     int examples = 0;
     for (const auto &entry : std::filesystem::directory_iterator(XCV_SOURCE_DIR "/examples/screens")) {
@@ -122,25 +121,29 @@ std::vector<Hostile> hostileFiles() {
             nlohmann::json doc = base;
             doc[nlohmann::json::json_pointer(leaf.key())] = "\x01";
             std::string hostile = doc.dump();
-            files.push_back({leaf.key() + "=" + literal, hostile.replace(hostile.find("\"\\u0001\""), 8, literal), -1});
+            hostile.replace(hostile.find("\"\\u0001\""), 8, literal);
+            files.push_back({leaf.key() + "=" + literal, hostile, -1});
         }
     }
     for (size_t at = 0; at < text.size(); at += text.size() / 16) {
-        const std::string where = " at " + std::to_string(at);
-        files.push_back({"cut" + where, text.substr(0, at), 2});
-        files.push_back({"NUL" + where, text.substr(0, at) + '\0' + text.substr(at), 2});
+        const std::string where = " at " + std::to_string(at), head = text.substr(0, at);
+        files.push_back({"cut" + where, head, 2});
+        files.push_back({"NUL" + where, head + '\0' + text.substr(at), 2});
         for (const char *bytes : {"\xff", "{", "\"", "\\", "]"})
-            files.push_back({std::string("byte ") + bytes + where, std::string(text).replace(at, 1, bytes), -1});
+            files.push_back({"byte " + std::string(bytes) + where, head + bytes + text.substr(at + 1), -1});
     }
     const auto label = [](const std::string &text, const std::string &attach) {
-        return R"({"items": [{"type": "Label", "id": 1, "data": {"text": ")" + text + R"("}, "attach": )" + attach + "}]}";
+        return R"({"items": [{"type": "Label", "id": 1, "data": {"text": ")" + text +
+               R"("}, "attach": )" + attach + "}]}";
     };
+    const std::string manyLabels =
+        repeated(screenfile::kMaxItems + 1, R"({"type": "Label", "id": 1},)");
     files.insert(files.end(), {
         {"deep arrays", R"({"items": [], "comment": )" + repeated(200000, "[") + repeated(200000, "]") + "}", 2},
         {"deep items", groupChain(12000), 2},
         {"deepest items", groupChain(screenfile::kMaxItemDepth), 0},
         {"too deep items", groupChain(screenfile::kMaxItemDepth + 1), 2},
-        {"too many items", R"({"items": [)" + repeated(screenfile::kMaxItems + 1, R"({"type": "Label", "id": 1},)") + "{}]}", 2},
+        {"too many items", R"({"items": [)" + manyLabels + "{}]}", 2},
         {"too large", std::string(screenfile::kMaxFileBytes + 1, ' '), 2},
         {"huge label", label(std::string(256 << 10, 'W'), "null"), 2},
         {"longest label", label(std::string(screenfile::kMaxTextBytes, 'W'), "null"), 0},
@@ -151,8 +154,7 @@ std::vector<Hostile> hostileFiles() {
         {"larger than the screen", R"({"width": 32767, "height": 32767, "items": []})", 0},
         {"number of 1000 digits", R"({"items": [], "jobId": )" + std::string(1000, '9') + "}", 2},
         {"comment not text", R"({"items": [], "comment": {"a": 1}})", 2},
-        {"not UTF-8", "{\"items\": [], \"title\": \"\xe9\"}", 2},
-    });
+        {"not UTF-8", "{\"items\": [], \"title\": \"\xe9\"}", 2}});
     return files;
 }
 
@@ -164,18 +166,18 @@ TEST(ViewerProgram, BadAndHostileFilesEndWithADocumentedStatusAndNeverAnXError) 
     Scratch scratch;
     const std::vector<Hostile> files = hostileFiles();
     ASSERT_GT(files.size(), 200u);
-    std::printf("%zu generated files\n", files.size());
     constexpr size_t kAtOnce = 4; // most files are refused before any window exists
     for (size_t first = 0; first < files.size(); first += kAtOnce) {
         std::vector<std::unique_ptr<Viewer>> running;
         for (size_t i = first; i < std::min(files.size(), first + kAtOnce); ++i) {
             const std::string name = "hostile" + std::to_string(i - first);
-            running.push_back(std::make_unique<Viewer>(std::vector<std::string>{
-                "--png", scratch.path(name + ".png"), scratch.file(name + ".json", files[i].content)}));
+            running.push_back(std::make_unique<Viewer>(std::vector<std::string>{"--png",
+                scratch.path(name + ".png"), scratch.file(name + ".json", files[i].content)},
+                "", "", 20));
         }
         for (size_t i = 0; i < running.size(); ++i) {
             const Hostile &file = files[first + i];
-            const int status = running[i]->finish(20000);
+            const int status = running[i]->finish();
             const std::string &err = running[i]->err;
             SCOPED_TRACE(file.name + ": exit " + std::to_string(status) + "\n" + err.substr(0, 300));
             EXPECT_TRUE(status == 0 || status == 2 || status == 3) << "a signal or a hang";

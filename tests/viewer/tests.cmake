@@ -22,7 +22,7 @@ if(NOT XC_SANITIZE)
   get_target_property(XCV_LOADER_SOURCES xcscreenfile SOURCES)
   list(TRANSFORM XCV_LOADER_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/tools/xcontrols-view/)
   add_executable(test_screenfile_asan ${CMAKE_CURRENT_LIST_DIR}/test_screenfile.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/test_answers.cpp ${XCV_LOADER_SOURCES}
+    ${XCV_LOADER_SOURCES}
     ${PROJECT_SOURCE_DIR}/tools/screenkit/screens.cpp)
   target_include_directories(test_screenfile_asan PRIVATE
     ${PROJECT_SOURCE_DIR}/tools/xcontrols-view ${PROJECT_SOURCE_DIR}/tools/screenkit

@@ -18,7 +18,6 @@ inline std::string repeated(size_t n, const std::string &s) {
     for (size_t i = 0; i < n; ++i) text += s;
     return text;
 }
-
 /* A screen of `depth` group boxes, each inside the one before. */
 inline std::string groupChain(size_t depth) {
     return R"({"items": [)" + repeated(depth, R"({"type": "GroupBox", "id": 1, "children": [)") +
@@ -47,8 +46,7 @@ protected:
     ScreenItem *item(int32_t id) const {
         return screenfile::itemOf(xt::findNode(screen.tree(), id));
     }
-    template <typename T>
-    T *data(int32_t id) const {
+    template <typename T> T *data(int32_t id) const {
         return item(id) ? static_cast<T *>(item(id)->itemData) : nullptr;
     }
     screenfile::Loaded screen;
@@ -58,24 +56,19 @@ private:
 };
 
 #ifdef XCV_VIEWER
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
+#include <future>
 #include <vector>
 
 /* A scratch directory, removed with everything in it when the test ends. */
 class Scratch {
 public:
-    Scratch() {
-        char name[] = "/tmp/xcv-test-XXXXXX";
-        dir_ = mkdtemp(name) ? name : "/tmp";
-    }
+    Scratch() { dir_ = mkdtemp(name_) ? name_ : "/tmp"; }
     ~Scratch() { std::filesystem::remove_all(dir_); }
     std::string path(const std::string &name) const { return dir_ + "/" + name; }
     std::string file(const std::string &name, const std::string &content) const {
@@ -88,39 +81,30 @@ public:
     }
 
 private:
+    char name_[21] = "/tmp/xcv-test-XXXXXX";
     std::string dir_;
 };
 
-/* The viewer program run as a child with `args`, settings added to its environment and
-** `input` as its standard input; finish() waits for it and reads what it wrote. */
+/* The viewer program run with `args` after `env` settings ("NAME=value ...") and `input`
+** as its standard input, killed after `seconds`; finish() waits and reads what it wrote. */
 class Viewer {
 public:
-    explicit Viewer(const std::vector<std::string> &args,
-                    const std::vector<std::string> &env = {}, const std::string &input = "") {
-        const std::string in = io_.file("in", input), out = io_.path("out"), err = io_.path("err");
-        std::fflush(nullptr); // the child must not write this process's buffered output again
-        if ((pid_ = fork()) != 0) return;
-        if (!freopen(in.c_str(), "r", stdin) || !freopen(out.c_str(), "w", stdout) ||
-            !freopen(err.c_str(), "w", stderr))
-            _exit(127);
-        for (const std::string &setting : env) putenv(const_cast<char *>(setting.c_str()));
-        std::vector<char *> argv{const_cast<char *>(XCV_VIEWER)};
-        for (const std::string &a : args) argv.push_back(const_cast<char *>(a.c_str()));
-        argv.push_back(nullptr);
-        execv(XCV_VIEWER, argv.data());
-        _exit(127);
-    }
-    ~Viewer() { finish(0); }
-    /* The exit status; -1 when the program ended by a signal or was killed after `timeoutMs`. */
-    int finish(int timeoutMs = 30000) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-        int raw = 0;
-        while (pid_ > 0 && waitpid(pid_, &raw, WNOHANG) == 0) {
-            if (std::chrono::steady_clock::now() > deadline) kill(pid_, SIGKILL);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    explicit Viewer(const std::vector<std::string> &args, const std::string &env = "",
+                    const std::string &input = "", int seconds = 30) {
+        std::string command = env + " timeout -s KILL " + std::to_string(seconds) + " " XCV_VIEWER;
+        for (std::string a : args) {
+            for (size_t at = 0; (at = a.find('\'', at)) != std::string::npos; at += 4)
+                a.replace(at, 1, "'\\''");
+            command += " '" + a + "'";
         }
-        if (pid_ > 0) status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        pid_ = -1;
+        command += " <" + io_.file("in", input) + " >" + io_.path("out") + " 2>" + io_.path("err");
+        run_ = std::async(std::launch::async, [command] { return std::system(command.c_str()); });
+    }
+    /* The exit status; 137 when the program was killed. */
+    int finish() {
+        if (!run_.valid()) return status_;
+        const int raw = run_.get();
+        status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
         out = io_.read("out"), err = io_.read("err");
         return status_;
     }
@@ -128,7 +112,7 @@ public:
 
 private:
     Scratch io_;
-    pid_t pid_ = -1;
+    std::future<int> run_;
     int status_ = -1;
 };
 #endif
