@@ -13,9 +13,7 @@ using kxtest::take;
 using kxtest::Values;
 using StrTest = kxtest::PoolTest;
 using TimeTest = kxtest::PoolTest;
-using PathTest = kxtest::PoolTest;
-using SecurityTest = kxtest::PoolTest;
-using TraceTest = kxtest::PoolTest;
+using MiscTest = kxtest::PoolTest;
 TEST_F(StrTest, DuplicateJoinAndFormatIntoThePool) {
     const uint32_t other = MemPoolCreate("strings");
     const std::string z(5000, 'z');
@@ -30,30 +28,32 @@ TEST_F(StrTest, DuplicateJoinAndFormatIntoThePool) {
         take(integers[2]), take(integers[3]), take(StrDuplicateIntoPool(nullptr, pool()))};
     EXPECT_EQ(got, (std::vector<std::string>{"hello", "abcdef", "xy", "", z + "!" + z, "-42", "0",
         "-9223372036854775808", "9223372036854775807", "<null>"}));
-    EXPECT_EQ((Values{StrFromInteger(nullptr, 1), StrSize("abc"), StrSize(""),
-                              StrSize(nullptr)}), (Values{0, 4, 1, 0}));
+    EXPECT_EQ((Values{StrFromInteger(nullptr, 1), StrSize("abc"), StrSize(""), StrSize(nullptr)}),
+              (Values{0, 4, 1, 0}));
 }
+/* Rows: 'e'xact, 'c'ase ignored, or case ignored in the first n; the sign of the result. */
 TEST_F(StrTest, ComparisonsTreatNullAsEmptyAndBytesAsUnsigned) {
-    enum Kind { Exact, NoCase, Range };
-    const struct { Kind kind; const char *a, *b; int32_t n; int sign; } rows[] = {
-        {Exact, "abc", "abc", 0, 0}, {Exact, "abc", "abd", 0, -1}, {Exact, "b", "abc", 0, 1},
-        {Exact, "ab", "abc", 0, -1}, {Exact, nullptr, "", 0, 0}, {Exact, nullptr, "a", 0, -1},
-        {Exact, "a", nullptr, 0, 1}, {Exact, "ABC", "abc", 0, -1}, {Exact, "\xe9", "e", 0, 1},
-        {NoCase, "Hello", "hELLO", 0, 0}, {NoCase, "apple", "Banana", 0, -1},
-        {NoCase, nullptr, "", 0, 0}, {NoCase, "a", nullptr, 0, 1},
-        {Range, "ABCdef", "abcXYZ", 3, 0}, {Range, "ABCdef", "abcXYZ", 4, -1},
-        {Range, "ab", "AB", 10, 0}, {Range, "ab", "abc", 10, -1}, {Range, "x", "y", 0, 0},
-        {Range, nullptr, "", 5, 0},
-    };
+    const struct { char kind; const char *a, *b; int32_t n; int sign; } rows[] = {
+        {'e', "abc", "abc", 0, 0}, {'e', "abc", "abd", 0, -1}, {'e', "b", "abc", 0, 1},
+        {'e', "ab", "abc", 0, -1}, {'e', nullptr, "", 0, 0}, {'e', nullptr, "a", 0, -1},
+        {'e', "a", nullptr, 0, 1}, {'e', "ABC", "abc", 0, -1}, {'e', "\xe9", "e", 0, 1},
+        {'c', "Hello", "hELLO", 0, 0}, {'c', "apple", "Banana", 0, -1}, {'c', nullptr, "", 0, 0},
+        {'c', "a", nullptr, 0, 1}, {'n', "ABCdef", "abcXYZ", 3, 0},
+        {'n', "ABCdef", "abcXYZ", 4, -1}, {'n', "ab", "AB", 10, 0}, {'n', "ab", "abc", 10, -1},
+        {'n', "x", "y", 0, 0}, {'n', nullptr, "", 5, 0}};
     for (const auto &r : rows) {
-        const int got = r.kind == Exact    ? StrCompare(r.a, r.b)
-                        : r.kind == NoCase ? StrCompareNoCase(r.a, r.b)
-                                           : StrCompareRangeNoCase(r.a, r.b, r.n);
-        EXPECT_EQ((got > 0) - (got < 0), r.sign)
-            << r.kind << " " << (r.a ? r.a : "null") << " " << (r.b ? r.b : "null") << " " << r.n;
+        const int got = r.kind == 'e'   ? StrCompare(r.a, r.b)
+                        : r.kind == 'c' ? StrCompareNoCase(r.a, r.b)
+                                        : StrCompareRangeNoCase(r.a, r.b, r.n);
+        EXPECT_EQ((got > 0) - (got < 0), r.sign) << "row " << &r - rows;
     }
 }
-TEST_F(TimeTest, CalendarClockAndNullArguments) {
+/* The process's time zone for a scope. */
+struct ScopedZone : ScopedEnv {
+    explicit ScopedZone(const char *zone) : ScopedEnv("TZ", zone) { tzset(); }
+    ~ScopedZone() { tzset(); }
+};
+TEST_F(TimeTest, CalendarClockAndBreakdownInUtcAndInLocalTime) {
     Values lengths;
     for (int32_t month = 0; month <= 13; ++month) lengths.push_back(TimeDaysInMonth(month, 2023));
     EXPECT_EQ(lengths, (Values{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31, 0}));
@@ -64,88 +64,65 @@ TEST_F(TimeTest, CalendarClockAndNullArguments) {
     }
     const int32_t before = static_cast<int32_t>(std::time(nullptr)), now = TimeNow();
     EXPECT_TRUE(now >= before && now <= before + 2);
-    int32_t t = 123, u = 123;
-    const KxDateStruct date{2024, 1, 1, 0};
-    const KxTimeOfDayStruct tod{1, 2, 3};
-    EXPECT_EQ((Values{TimeFromDate(&t, nullptr), t, TimeFromDate(nullptr, &date),
-                      TimeFromTimeOfDay(&u, nullptr), TimeFromTimeOfDay(nullptr, &tod),
-                      TimeToBreakdownStruct(nullptr, 0), TimeToUTCBreakdownStruct(nullptr, 0)}),
-              (Values{0, 0, 0, 0, 0, 0, 0}));
-}
-/* The process's time zone for a scope. */
-struct ScopedZone : ScopedEnv {
-    explicit ScopedZone(const char *zone) : ScopedEnv("TZ", zone) { tzset(); }
-    ~ScopedZone() { tzset(); }
-};
-TEST_F(TimeTest, BreakdownInUtcAndInLocalTime) {
     ScopedZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
     /* One hour east of UTC in winter, two in summer; local midnight passed before UTC's. */
     const struct { bool utc; int32_t t; Values expected; } rows[] = {
         {true, 1700000000, {2023, 11, 14, 22, 13, 20, 2, 317}},
         {false, 1700000000, {2023, 11, 14, 23, 13, 20, 2, 317}},
         {false, 1690000000, {2023, 7, 22, 6, 26, 40, 6, 202}},
-        {false, 1700003600, {2023, 11, 15, 0, 13, 20, 3, 318}},
-    };
+        {false, 1700003600, {2023, 11, 15, 0, 13, 20, 3, 318}}};
     for (const auto &r : rows) {
         KxTimeStruct o{};
         ASSERT_TRUE(r.utc ? TimeToUTCBreakdownStruct(&o, r.t) : TimeToBreakdownStruct(&o, r.t));
         EXPECT_EQ((Values{o.iYear, o.iMonth, o.iDay, o.iHours, o.iMinutes, o.iSeconds, o.iWeekDay,
                           o.iYearDay}), r.expected) << r.t << (r.utc ? " UTC" : " local");
     }
+    EXPECT_EQ((Values{TimeToBreakdownStruct(nullptr, 0), TimeToUTCBreakdownStruct(nullptr, 0)}),
+              (Values{0, 0}));
 }
-/* Local midnight in New York; a day past the month's end rolls over (30 February). */
-TEST_F(TimeTest, FromDateGivesLocalMidnightRollsDaysOverAndRefusesWhatDoesNotFit) {
+/* A date gives local midnight (here New York's), a day past the month's end rolls over
+** (30 February); a time of day, seconds after midnight. A result past 32 bits, or a null
+** argument, is refused with 0 stored. */
+TEST_F(TimeTest, DatesAndTimesOfDayConvertWithin32BitsOrAreRefused) {
     ScopedZone zone("EST5EDT,M3.2.0,M11.1.0");
-    const struct { KxDateStruct date; int32_t t; } rows[] = {
+    const struct { KxDateStruct date; int32_t t; } dates[] = {
         {{2024, 2, 29, 0}, 1709182800}, {{2023, 7, 4, 0}, 1688443200},
         {{1999, 12, 31, 0}, 946616400}, {{2030, 1, 1, 0}, 1893474000},
         {{2023, 2, 30, 0}, 1677733200}, {{2023, 0, 1, 0}, 0}, {{2023, 13, 1, 0}, 0},
-        {{2023, -1, 1, 0}, 0}, {{INT32_MIN, 1, 1, 0}, 0}, {{INT32_MAX, 12, INT32_MAX, 0}, 0},
-    };
-    for (const auto &r : rows) {
+        {{2023, -1, 1, 0}, 0}, {{INT32_MIN, 1, 1, 0}, 0}, {{INT32_MAX, 12, INT32_MAX, 0}, 0}};
+    for (const auto &r : dates) {
         int32_t t = 123;
         const int ok = TimeFromDate(&t, &r.date);
         EXPECT_EQ((Values{ok, t}), (Values{r.t != 0, r.t})) << r.date.iYear << "-" << r.date.iMonth;
     }
-}
-/* Whatever is typed into an hour field: a sum past 32 bits is refused (0 stored). */
-TEST_F(TimeTest, TimeOfDayIsSecondsAfterMidnightWithin32Bits) {
-    const struct { KxTimeOfDayStruct tod; int ok; int32_t seconds; } rows[] = {
+    const struct { KxTimeOfDayStruct tod; int ok; int32_t seconds; } times[] = {
         {{13, 45, 30}, 1, 13 * 3600 + 45 * 60 + 30}, {{596523, 14, 7}, 1, INT32_MAX},
         {{-596523, -14, -8}, 1, INT32_MIN}, {{999999, 0, 0}, 0, 0}, {{596523, 14, 8}, 0, 0},
-        {{0, INT32_MAX, INT32_MAX}, 0, 0}, {{INT32_MIN, INT32_MIN, INT32_MIN}, 0, 0},
-    };
-    for (const auto &r : rows) {
+        {{0, INT32_MAX, INT32_MAX}, 0, 0}, {{INT32_MIN, INT32_MIN, INT32_MIN}, 0, 0}};
+    for (const auto &r : times) {
         int32_t t = 123;
         const int ok = TimeFromTimeOfDay(&t, &r.tod);
         EXPECT_EQ((Values{ok, t}), (Values{r.ok, r.seconds})) << r.tod.iHours << "h";
     }
+    int32_t t = 123;
+    const KxDateStruct date{2024, 1, 1, 0};
+    const KxTimeOfDayStruct tod{1, 2, 3};
+    EXPECT_EQ((Values{TimeFromDate(&t, nullptr), t, TimeFromDate(nullptr, &date),
+                      TimeFromTimeOfDay(&t, nullptr), TimeFromTimeOfDay(nullptr, &tod)}),
+              (Values{0, 0, 0, 0, 0}));
 }
-/* A temporary configuration directory named by KX_CONFIG_DIR, holding server.cfg. */
-class CfgTest : public kxtest::PoolTest {
-protected:
-    void SetUp() override {
-        PoolTest::SetUp();
-        char pattern[] = "/tmp/kxcfgXXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-        env = std::make_unique<ScopedEnv>("KX_CONFIG_DIR", pattern);
-        std::ofstream(dir + "/server.cfg")
-            << "; the server time\n# another comment\n\nBefore = 3\n[ Orlenda Time ]\n"
-               "  Offset From Server   =   -3600  \nBig = 9000000000\nMinus One = -1\n"
-               "Plus = +17\nWord = twelve\nTrailing = 12abc\nEmpty =\n[Other]\n"
-               "Offset From Server = 99\n";
-    }
-    void TearDown() override {
-        env.reset();
-        std::filesystem::remove_all(dir);
-        PoolTest::TearDown();
-    }
-    std::string dir;
-    std::unique_ptr<ScopedEnv> env;
-};
-/* Rows: the value read as 32 and as 64 bits; 4711 when the variable is left as it was. */
-TEST_F(CfgTest, ReadsIntegersIgnoringCaseAndBlanksOrLeavesTheVariableAlone) {
+/* Rows: the value read as 32 and as 64 bits; 4711 when the variable is left as it was. Files
+** come from KX_CONFIG_DIR, or by a path with a slash, or from the home's config directory,
+** and are read afresh each time. */
+TEST_F(MiscTest, ConfigurationIntegersIgnoreCaseAndBlanksOrLeaveTheVariableAlone) {
+    char pattern[] = "/tmp/kxcfgXXXXXX";
+    const std::string dir = mkdtemp(pattern);
+    ScopedEnv env("KX_CONFIG_DIR", dir.c_str());
+    std::ofstream(dir + "/server.cfg")
+        << "; the server time\n# another comment\n\nBefore = 3\n[ Orlenda Time ]\n"
+           "  Offset From Server   =   -3600  \nBig = 9000000000\nMinus One = -1\nPlus = +17\n"
+           "Word = twelve\nTrailing = 12abc\nEmpty =\n[Other]\nOffset From Server = 99\n";
+    const std::string byPath = dir + "/server.cfg"; /* a path with a slash is used as it is */
     const char *f = "server.cfg", *s = "Orlenda Time", *o = "Offset From Server";
     const struct { const char *file, *section, *key; int64_t value, value64; } rows[] = {
         {f, s, o, -3600, -3600}, {f, "orlenda time", "OFFSET FROM SERVER", -3600, -3600},
@@ -155,8 +132,7 @@ TEST_F(CfgTest, ReadsIntegersIgnoringCaseAndBlanksOrLeavesTheVariableAlone) {
         {f, s, "Before", 4711, 4711} /* outside the section */, {f, s, "Word", 4711, 4711},
         {f, s, "Trailing", 4711, 4711}, {f, s, "Empty", 4711, 4711},
         {nullptr, s, "Plus", 4711, 4711}, {f, nullptr, "Plus", 4711, 4711},
-        {f, s, nullptr, 4711, 4711},
-    };
+        {f, s, nullptr, 4711, 4711}, {byPath.c_str(), "other", o, 99, 99}};
     for (const auto &r : rows) {
         int32_t value = 4711;
         int64_t value64 = 4711;
@@ -166,23 +142,20 @@ TEST_F(CfgTest, ReadsIntegersIgnoringCaseAndBlanksOrLeavesTheVariableAlone) {
                   (Values{r.value != 4711, r.value, r.value64 != 4711, r.value64}))
             << "row " << &r - rows;
     }
-    EXPECT_EQ(CfgGetInteger(nullptr, f, s, "Plus", 0), 0);
-}
-TEST_F(CfgTest, FilesAreReadAfreshFromTheConfigOrTheHomeDirectory) {
-    int32_t first = 0, second = 0, byPath = 0, home = 0;
+    int32_t first = 0, second = 0, home = 0;
     std::ofstream(dir + "/live.cfg") << "[S]\nK = 1\n";
     CfgGetInteger(&first, "live.cfg", "S", "K", 0);
     std::ofstream(dir + "/live.cfg") << "[S]\nK = 2\n";
     CfgGetInteger(&second, "live.cfg", "S", "K", 0);
-    /* A path with a slash is used as it is. */
-    CfgGetInteger(&byPath, (dir + "/server.cfg").c_str(), "other", "offset from server", 0);
     std::filesystem::create_directory(dir + "/config");
     std::ofstream(dir + "/config/home.cfg") << "[Home]\nValue = 77\n";
     ScopedEnv noDir("KX_CONFIG_DIR", nullptr), homeDir("KX_HOME", dir.c_str());
     CfgGetInteger(&home, "home.cfg", "Home", "Value", 0);
-    EXPECT_EQ((Values{first, second, byPath, home}), (Values{1, 2, 99, 77}));
+    EXPECT_EQ((Values{first, second, home, CfgGetInteger(nullptr, f, s, "Plus", 0)}),
+              (Values{1, 2, 77, 0}));
+    std::filesystem::remove_all(dir);
 }
-TEST_F(PathTest, TheHomeIsKxHomeOrBesideTheLibrary) {
+TEST_F(MiscTest, TheHomeIsKxHomeOrAnAbsoluteDirectoryBesideTheLibrary) {
     {
         ScopedEnv home("KX_HOME", "/opt/kx/home");
         EXPECT_STREQ(PathHomeDir(), "/opt/kx/home");
@@ -192,11 +165,10 @@ TEST_F(PathTest, TheHomeIsKxHomeOrBesideTheLibrary) {
     }
     ScopedEnv home("KX_HOME", nullptr);
     const std::string dir = PathHomeDir() ? PathHomeDir() : "";
-    EXPECT_NE(dir.find("xcontrols"), std::string::npos) << dir;
-    EXPECT_EQ(dir.front(), '/') << "an absolute directory: " << dir;
+    EXPECT_TRUE(dir.find("xcontrols") != std::string::npos && dir.front() == '/') << dir;
     EXPECT_EQ(take(PathHomeBuild("config", nullptr)), dir + "/config");
 }
-TEST_F(SecurityTest, EncryptionRoundTripsAndHidesTheClearText) {
+TEST_F(MiscTest, PasswordEncryptionRoundTripsAndHidesTheClearText) {
     const char *clear = "correct horse battery staple";
     char *sealed = nullptr, *again = nullptr, *empty = nullptr;
     ASSERT_TRUE(SecurityEncryptPassword(&sealed, clear, 1234) &&
@@ -239,10 +211,11 @@ TEST(TraceEnvironment, KxTraceChoosesTheSinkAtTheFirstLineUntilOverridden) {
         testing::ExitedWithCode(0),
         "^GUI          4\\.1 L1 from the environment\nGUI          4\\.2 L1 read once\n$");
 }
-TEST_F(TraceTest, LinesGoFormattedToTheHookAndTheSinkOrNowhereAtNoCost) {
+/* Results: whether a line went somewhere; with no sink and no hook it costs no formatting. */
+TEST_F(MiscTest, TraceLinesGoFormattedToTheHookAndTheSinkOrNowhere) {
     const std::string path = kxtest::tempFile(), longText(10000, 'x');
     TraceSetSink("off");
-    Values results = {TraceIsOn()}; /* no sink and no hook: a line would go nowhere */
+    Values results = {TraceIsOn()};
     {
         kxtest::TraceLines captured;
         results.push_back(TraceIsOn());
