@@ -59,33 +59,6 @@ TEST_F(ObjectTest, CreationRefusesBadSignaturesSizesAndArguments) {
     }
     EXPECT_FALSE(ObjCreateInternal(nullptr, 64, kTag, "o;", 0, pool()));
 }
-TEST_F(ObjectTest, TheLastReleaseReleasesObjectFieldsAndFreesStringsAtTheirOffsets) {
-    struct Mixed { int32_t a; void *b; int32_t c, d; char *e; };
-    Mixed *m = static_cast<Mixed *>(make(kTag, "i;o;i;i;s;", sizeof(Mixed)));
-    m->e = StrDuplicateIntoPool("owned", pool());
-    m->b = make(kTag);
-    ObjReleaseInternal(&m); /* the fixture's leak check proves the string and the child went */
-    Thing *parent = thing(), *child = thing(), *a = thing(), *b = thing();
-    void *shared = make(kTag);
-    parent->child = child;
-    parent->name = const_cast<char *>("not pool memory");
-    child->child = shared;
-    ASSERT_TRUE(ObjIncRefCount(shared)); /* the test keeps its own reference too */
-    parent->plain = shared;              /* 'p' is never released */
-    const int64_t foreign = MemForeignFreeCount();
-    ObjReleaseInternal(&parent);
-    /* A foreign string is tolerated; the child went with its only holder and dropped its
-    ** reference on the shared object, which 'p' never took. */
-    EXPECT_EQ((Values{MemForeignFreeCount() - foreign, ObjGetTag(child), ObjGetRefCount(shared)}),
-              (Values{1, 0, 1}));
-    ObjReleaseInternal(&shared);
-    /* A holds B; B points back at A without a reference (a client's mistake): releasing
-    ** A reaches A again while A is being freed, and must neither revive nor free it twice. */
-    a->child = b;
-    b->child = a;
-    ObjReleaseInternal(&a);
-    EXPECT_EQ(ObjGetTag(b), 0u);
-}
 TEST_F(ObjectTest, BooleansAndWrongNullOrFreedHandles) {
     void *yes = nullptr, *no = nullptr, *other = make(kTag), *freed = make(kTag), *stale = freed;
     ObjReleaseInternal(&freed);
@@ -142,33 +115,5 @@ TEST_F(ListTest, WalksGoEitherWayStopAtZeroAndHoldTheListACallbackReleases) {
         EXPECT_EQ(ObjGetRefCount(items[1]), 1) << "the list went with its last reference";
         for (void *&item : items) ObjReleaseInternal(&item);
     }
-}
-/* A push takes over the caller's reference; a refused push or add, or a handle of another
-** kind (the list tag on another layout, an item, null) as the list, changes nothing. */
-TEST_F(ListTest, PushTakesOverTheReferenceAndWhatIsNoListOrItemIsRefused) {
-    void *list = nullptr, *item = make(kTag), *watch = item, *element = nullptr;
-    void *notAnObject = MemAllocateFromPool(8, pool()), *slot = notAnObject;
-    ASSERT_TRUE(ListCreateFromPool(&list, 0, pool()));
-    EXPECT_EQ(ListPushLastItemInternal(list, &item), 1);
-    ListWalk(list, [](void *ctx, void *e) { *static_cast<void **>(ctx) = e; return 1; }, &element);
-    EXPECT_EQ((Values{item == nullptr, ObjGetRefCount(watch), ObjIsA(element, KX_TAG_LIST_ELEMENT),
-                      *static_cast<void **>(element) == watch, ListElementItem(watch) == nullptr,
-                      ListPushLastItemInternal(list, &slot), slot == notAnObject,
-                      ListAddLastItem(list, notAnObject), ListAddLastItem(list, nullptr),
-                      ListCount(list), ListCreateFromPool(&item, 1, pool()), item == nullptr}),
-              (Values{1, 1, 1, 1, 1, 0, 1, 0, 0, 1, 0, 1}));
-    void *fake = make(KX_TAG_LIST, "p;p;i;", 64);
-    int calls = 0;
-    auto count = [](void *ctx, void *) { return ++*static_cast<int *>(ctx); };
-    for (void *h : {fake, watch, static_cast<void *>(nullptr)})
-        EXPECT_EQ((Values{ListAddLastItem(h, watch), ListWalk(h, count, &calls),
-                          ListWalkBackwards(h, count, &calls), ListCount(h),
-                          ListFirstItem(h) != nullptr, ListLastItem(h) != nullptr}),
-                  (Values{0, 1, 1, 0, 0, 0})) << h;
-    EXPECT_EQ((Values{calls, ObjGetRefCount(watch)}), (Values{0, 1}));
-    MemFreeInternal(&notAnObject);
-    ObjReleaseInternal(&fake);
-    ObjReleaseInternal(&list);
-    EXPECT_EQ(ObjGetTag(watch), 0u) << "the pushed item went with the list";
 }
 } // namespace
