@@ -214,11 +214,6 @@ void *findNode(void *tree, int32_t id) {
     return found;
 }
 
-ScreenItem *itemOf(void *node) {
-    void *cookie = node ? TreeNodeCookie(node) : nullptr;
-    return ObjIsA(cookie, GUI_TAG_SCREEN_ITEM) ? static_cast<ScreenItem *>(cookie) : nullptr;
-}
-
 Widget outerWidget(const ScreenItem *item) {
     if (!item || !ObjIsA(item->guiData, GUI_TAG_GUIDATA)) return nullptr;
     auto *rec = static_cast<GuiWidgetRecord *>(ListFirstItem(item->guiData->widgetList));

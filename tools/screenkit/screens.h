@@ -10,6 +10,7 @@
 
 #include "guiscreendef.h"
 #include "kx.h"
+#include "screentypes.h"
 
 namespace xt {
 
@@ -83,7 +84,7 @@ private:
 
 /* Finds a node by id in any tree (pre-order, first match). */
 void *findNode(void *tree, int32_t id);
-ScreenItem *itemOf(void *node);
+using screenfile::itemOf;
 
 /* The widget of the first (outer) or last (value) widget record of an item. */
 Widget outerWidget(const ScreenItem *item);

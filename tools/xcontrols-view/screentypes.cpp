@@ -117,13 +117,6 @@ const TypeDef *typeByCode(uint32_t code) {
     return nullptr;
 }
 
-ScreenItem *itemOf(void *node) {
-    void *cookie = node ? TreeNodeCookie(node) : nullptr;
-    return ObjIsA(cookie, GUI_TAG_SCREEN_ITEM) && ObjHasLayout(cookie, GUI_SCREEN_ITEM_SIGNATURE)
-               ? static_cast<ScreenItem *>(cookie)
-               : nullptr;
-}
-
 const FieldDef *fieldByName(const TypeDef &type, const std::string &name) {
     for (size_t i = 0; i < type.fieldCount; ++i)
         if (name == type.fields[i].name) return &type.fields[i];

@@ -8,13 +8,20 @@
 #include <cstdint>
 #include <string>
 
-struct ScreenItem;
+#include "guiscreendef.h"
+#include "kx.h"
 
 namespace screenfile {
 
 /* The item record that `node` carries, checked to be a screen item; null for a null node
-** or any other cookie. */
-ScreenItem *itemOf(void *node);
+** or any other cookie. The one reader of the tools (the loader, the answers, the viewer and
+** the screen kit of the tests and benchmarks). */
+inline ScreenItem *itemOf(void *node) {
+    void *cookie = node ? TreeNodeCookie(node) : nullptr;
+    return ObjIsA(cookie, GUI_TAG_SCREEN_ITEM) && ObjHasLayout(cookie, GUI_SCREEN_ITEM_SIGNATURE)
+               ? static_cast<ScreenItem *>(cookie)
+               : nullptr;
+}
 
 /* How a field of an item data record is written in the file. */
 enum class FieldKind {
