@@ -23,8 +23,8 @@ KX_BEGIN_DECLS
 ** those members (pointers and strings 8 bytes and 8-aligned on 64-bit, integers 4
 ** bytes), so a client declares a struct and a matching signature: "o;p;i;" is
 ** struct { void *o; void *p; int32_t i; }. When the last reference goes, every 'o'
-** field's object is released and every 's' field freed (MemFreeInternal) before the
-** object itself is freed. While that happens the object counts as gone: a reference
+** field's object is released and every 's' field wiped and freed (MemFreeSecret) before
+** the object itself is freed: a record that held a password in clear leaves none behind. While that happens the object counts as gone: a reference
 ** that its fields hold back to it (a cycle) can neither revive nor free it twice.
 ** A signature that does not parse, or whose fields need more than `dataSize` bytes,
 ** makes creation fail. */

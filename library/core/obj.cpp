@@ -118,13 +118,14 @@ bool signatureBegins(const Layout &layout, const char *prefix) {
     return length <= layout.text.size() && std::memcmp(layout.text.data(), prefix, length) == 0;
 }
 
-/* Drops what the fields own: 'o' references and 's' strings. */
+/* Drops what the fields own: 'o' references and 's' strings, wiped first since any of
+** them may hold a secret (a password item's clear text). */
 void releaseFields(void *data, const Layout &layout) {
     char *bytes = static_cast<char *>(data);
     for (const Field &field : layout.fields) {
         void *slot = bytes + field.offset;
         if (field.kind == 'o') ObjReleaseInternal(slot);
-        else if (field.kind == 's') MemFreeInternal(slot);
+        else if (field.kind == 's') MemFreeSecret(slot);
     }
 }
 
