@@ -1,4 +1,5 @@
 /* test_password.cpp - the password entry and the password items, with real typing. */
+#include <algorithm>
 #include "plgscreen.h"
 #include <Xm/Text.h>
 #include <cstring>
@@ -161,7 +162,12 @@ TEST_F(PasswordTest, ItemsKeepClearTextOrEncryption) {
     EXPECT_TRUE(hasTrace("got new password value"));
     expectNoTraceHolds({"Nw", "K3y", "Zz9", "Qq", box(2)->encrypted});
     void *tree = screen.take();
+    static std::vector<const void *> wiped; /* the item data's clear texts go with the tree */
+    MemSetFreedSecretHook([](void *, const void *block, size_t) { wiped.push_back(block); }, nullptr);
+    const void *clearTexts[] = {change->newPassword, change->confirmation};
     GuiFreeScreenDefAndWidgets(&tree);
+    MemSetFreedSecretHook(nullptr, nullptr);
+    for (const void *text : clearTexts) EXPECT_NE(std::find(wiped.begin(), wiped.end(), text), wiped.end());
     EXPECT_EQ(xErrorCount(), 0);
 }
 } // namespace
