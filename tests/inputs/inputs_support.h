@@ -2,7 +2,6 @@
 ** fields and arrow buttons in the test form, and typing into a field. */
 #ifndef XC_TESTS_INPUTS_SUPPORT_H
 #define XC_TESTS_INPUTS_SUPPORT_H
-
 #include "xharness.h"
 #include <X11/XKBlib.h>
 #include <Xm/ArrowB.h>
@@ -20,10 +19,7 @@ public:
         int major = XkbMajorVersion, minor = XkbMinorVersion, error = 0, opcode = 0;
         dpy_ = XkbOpenDisplay(DisplayString(xt::display()), &eventBase_, &error, &major,
                               &minor, &opcode);
-        if (dpy_ != nullptr) {
-            XkbSelectEvents(dpy_, XkbUseCoreKbd, XkbBellNotifyMask, XkbBellNotifyMask);
-            XSync(dpy_, False);
-        }
+        if (dpy_ != nullptr) XkbSelectEvents(dpy_, XkbUseCoreKbd, XkbBellNotifyMask, ~0u);
     }
     ~BellCounter() {
         if (dpy_ != nullptr) XCloseDisplay(dpy_);
@@ -32,39 +28,31 @@ public:
     bool available() const { return dpy_ != nullptr; }
     /* Bells rung since the counter was made or last reset. */
     int count() {
-        if (dpy_ == nullptr) return -1;
         XSync(xt::display(), False);
         XSync(dpy_, False);
-        while (XPending(dpy_)) {
-            XEvent event;
+        for (XEvent event; XPending(dpy_);) {
             XNextEvent(dpy_, &event);
-            auto *xkb = reinterpret_cast<XkbEvent *>(&event);
-            if (event.type == eventBase_ && xkb->any.xkb_type == XkbBellNotify) ++count_;
+            count_ += event.type == eventBase_ &&
+                      reinterpret_cast<XkbEvent *>(&event)->any.xkb_type == XkbBellNotify;
         }
         return count_;
     }
-    void reset() {
-        count();
-        count_ = 0;
-    }
+    void reset() { count(), count_ = 0; }
 private:
     Display *dpy_ = nullptr;
-    int eventBase_ = 0;
-    int count_ = 0;
+    int eventBase_ = 0, count_ = 0;
 };
 /* The widgets of a date or time input, as a caller makes them. */
 struct DateWidgets { Widget day, month, year, up, down; };
 struct TimeWidgets { Widget hours, minutes, up, down; };
 /* Counts how many of the watched widgets have been destroyed. */
-class DestroyCounter {
-public:
+struct DestroyCounter {
+    int count = 0;
     void watch(std::initializer_list<Widget> widgets) {
-        for (Widget w : widgets) XtAddCallback(w, XmNdestroyCallback, onDestroy, &count_);
+        for (Widget w : widgets)
+            XtAddCallback(w, XmNdestroyCallback,
+                          [](Widget, XtPointer n, XtPointer) { ++*static_cast<int *>(n); }, &count);
     }
-    int count() const { return count_; }
-private:
-    static void onDestroy(Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); }
-    int count_ = 0;
 };
 /* A client that destroys its control from the first report it gets and counts the
 ** reports that still reach it afterwards (there must be none). */
@@ -75,10 +63,7 @@ struct CloseOnFirstReport {
     template <typename Source>
     static void onValue(Source, void *data, int32_t *) {
         auto *self = static_cast<CloseOnFirstReport *>(data);
-        if (self->input == nullptr) {
-            ++self->lateReports;
-            return;
-        }
+        if (self->input == nullptr) return void(++self->lateReports);
         destroy(self->input);
         self->input = nullptr;
     }
@@ -122,7 +107,6 @@ protected:
         return {field("hours", 2), field("minutes", 2), arrow("up", XmARROW_UP),
                 arrow("down", XmARROW_DOWN)};
     }
-
     /* Focuses the field, deletes what it holds with the keyboard and types `text`. */
     void retype(Widget w, const char *text) {
         xt::focus(w);
@@ -132,19 +116,9 @@ protected:
     }
     /* Moves the focus to the spare field, so that the focused field loses it. */
     void leaveField() { xt::focus(spare_); }
-
-    /* Holds the pointer button on `w` until release(). */
-    void hold(Widget w) {
-        xt::movePointer(w);
-        xt::pressPointer();
-    }
-    void release() { xt::releasePointer(); }
     BellCounter bells;
 private:
-    Widget row_ = nullptr;
-    Widget spare_ = nullptr;
+    Widget row_ = nullptr, spare_ = nullptr;
 };
-
 } // namespace inputs
-
 #endif
