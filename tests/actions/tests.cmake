@@ -14,7 +14,7 @@ if(NOT XC_SANITIZE)
   target_include_directories(xcactions_asan PUBLIC
     ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/include/xcontrols ${MOTIF_INCLUDE}
     ${PROJECT_SOURCE_DIR}/library/xcontrols ${PROJECT_SOURCE_DIR}/tools/screenkit
-    ${CMAKE_CURRENT_SOURCE_DIR}/harness)
+    ${PROJECT_SOURCE_DIR}/tools/xcontrols-view ${CMAKE_CURRENT_SOURCE_DIR}/harness)
   target_compile_definitions(xcactions_asan PRIVATE XC_BUILDING)
   target_compile_options(xcactions_asan PUBLIC ${XC_ACTIONS_ASAN_FLAGS})
   target_link_options(xcactions_asan PUBLIC -fsanitize=address)
