@@ -6,6 +6,7 @@
 #include <Xm/List.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
+#include <memory>
 #include "guidateinput.h"
 #include "guinuminput.h"
 #include "guitimeinput.h"
@@ -21,10 +22,8 @@ inline std::string shownName(const ::testing::TestParamInfo<Shown> &info) {
 }
 struct CloseCall { int32_t jobId, flag; }; /* flag: ObjBooleanGet during the call */
 inline std::string textOf(Widget field) {
-    char *text = XmTextFieldGetString(field);
-    std::string copy = text ? text : "";
-    XtFree(text);
-    return copy;
+    std::unique_ptr<char, decltype(&XtFree)> text(XmTextFieldGetString(field), XtFree);
+    return text ? text.get() : "";
 }
 /* Clicks a list entry, after a pause so that two clicks never make a double click. */
 inline void clickEntry(Widget list, int position, KeySym modifier = NoSymbol) {
@@ -49,22 +48,31 @@ constexpr auto numInputOf = &control<GuiNumInput, &GuiWidgetRecord::numInput>;
 constexpr auto dateInputOf = &control<GuiDateInput, &GuiWidgetRecord::dateInput>;
 constexpr auto timeInputOf = &control<GuiTimeInput, &GuiWidgetRecord::timeInput>;
 constexpr auto comboOf = &control<GuiCombo, &GuiWidgetRecord::combo>;
+/* The names of watched widgets in the order they are destroyed. */
+struct GoneList {
+    std::vector<std::string> names;
+    static void note(Widget w, XtPointer list, XtPointer) {
+        static_cast<GoneList *>(list)->names.push_back(XtName(w));
+    }
+    void watch(Widget w) { if (w) XtAddCallback(w, XmNdestroyCallback, note, this); }
+    void watchItem(const Screen &s, int32_t id) { /* every widget of the item */
+        ListWalk(s.item(id)->guiData->widgetList, [](void *list, void *element) {
+            static_cast<GoneList *>(list)->watch(
+                static_cast<GuiWidgetRecord *>(ListElementItem(element))->widget);
+            return 1;
+        }, this);
+    }
+};
 /* Shown/hidden, enabled/disabled: the record and the widget agree. */
-inline bool shownItem(const Screen &s, int32_t id) {
-    return s.item(id)->hidden == 0 && isMapped(outer(s, id));
+inline bool shownItem(const Screen &s, int32_t id, bool shown = true) {
+    return s.item(id)->hidden == !shown && isMapped(outer(s, id)) == shown;
 }
-inline bool hiddenItem(const Screen &s, int32_t id) {
-    return s.item(id)->hidden == 1 && !isMapped(outer(s, id));
+inline bool hiddenItem(const Screen &s, int32_t id) { return shownItem(s, id, false); }
+inline bool enabledItem(const Screen &s, int32_t id, bool enabled = true) {
+    return s.item(id)->disabled == !enabled && (XtIsSensitive(outer(s, id)) != 0) == enabled;
 }
-inline bool enabledItem(const Screen &s, int32_t id) {
-    return s.item(id)->disabled == 0 && XtIsSensitive(outer(s, id));
-}
-inline bool disabledItem(const Screen &s, int32_t id) {
-    return s.item(id)->disabled == 1 && !XtIsSensitive(outer(s, id));
-}
-inline bool toggleOn(const Screen &s, int32_t id) {
-    return XmToggleButtonGetState(value(s, id)) == True;
-}
+inline bool disabledItem(const Screen &s, int32_t id) { return enabledItem(s, id, false); }
+inline bool toggleOn(const Screen &s, int32_t id) { return XmToggleButtonGetState(value(s, id)); }
 class PlgScreenTest : public XTest, public ::testing::WithParamInterface<Shown> {
 protected:
     void SetUp() override {
@@ -103,11 +111,6 @@ protected:
         closeCalls().push_back({jobId, ObjBooleanGet(flag)});
         if (screenToFree() != nullptr) GuiFreeScreenDefAndWidgets(screenToFree());
         return 1;
-    }
-    Cardinal formChildren() const {
-        Cardinal n = 99;
-        XtVaGetValues(form(), XmNnumChildren, &n, nullptr);
-        return n;
     }
     /* Trace lines that report carrying out an action ("Process ... action"). */
     int actionTraces() const {

@@ -4,18 +4,17 @@
 #include <X11/XKBlib.h>
 #include <X11/extensions/XTest.h>
 #include <Xm/Form.h>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
 #include "kx.h"
-#include "xsnapshot.h"
 namespace xt {
 namespace {
 Display *gDisplay = nullptr;
 XtAppContext gApp = nullptr;
 int gErrors = 0;
-int gLastError = 0;
 std::vector<TraceLine> gTraces;
 int onXError(Display *dpy, XErrorEvent *ev) {
     char text[256];
@@ -23,13 +22,12 @@ int onXError(Display *dpy, XErrorEvent *ev) {
     std::fprintf(stderr, "X error: %s (code %d, request %d.%d, resource 0x%lx)\n", text,
                  ev->error_code, ev->request_code, ev->minor_code, ev->resourceid);
     ++gErrors;
-    gLastError = ev->error_code;
     return 0;
 }
 void onTrace(void *, const char *component, int32_t msgNo, int32_t sub, int32_t level,
              const char *text) {
     std::string comp(component ? component : "");
-    while (!comp.empty() && comp.back() == ' ') comp.pop_back();
+    comp.erase(comp.find_last_not_of(' ') + 1); /* trailing blanks of a padded name */
     gTraces.push_back({comp, msgNo, sub, level, text ? text : ""});
 }
 void open() {
@@ -53,16 +51,22 @@ void open() {
 void sleepMs(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 long nowMs() {
     using namespace std::chrono;
-    return static_cast<long>(
-        duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 void sync() { XSync(gDisplay, False); }
 KeyCode code(KeySym sym) { return XKeysymToKeycode(display(), sym); }
+void fakeButton(int button, Bool down) {
+    XTestFakeButtonEvent(display(), button, down, CurrentTime);
+    pump(10);
+}
+void fakeKey(KeySym sym, Bool down) {
+    XTestFakeKeyEvent(display(), code(sym), down, CurrentTime);
+    pump(5);
+}
 } // namespace
 Display *display() { open(); return gDisplay; }
 XtAppContext app() { open(); return gApp; }
 int xErrorCount() { return gErrors; }
-int lastXErrorCode() { return gLastError; }
 void pump(int idleMs) {
     open();
     sync();
@@ -116,45 +120,25 @@ void movePointer(Widget w, int x, int y) {
     XTestFakeMotionEvent(display(), -1, rx + x, ry + y, CurrentTime);
     pump(10);
 }
-void pressPointer(int button) {
-    XTestFakeButtonEvent(display(), button, True, CurrentTime);
-    pump(10);
-}
-void releasePointer(int button) {
-    XTestFakeButtonEvent(display(), button, False, CurrentTime);
-    pump(10);
-}
+void pressPointer(int button) { fakeButton(button, True); }
+void releasePointer(int button) { fakeButton(button, False); }
 void click(Widget w, int x, int y, int button) {
     movePointer(w, x, y);
     pressPointer(button);
     releasePointer(button);
     pump();
 }
+void pressKey(KeySym sym) { fakeKey(sym, True); }
+void releaseKey(KeySym sym) { fakeKey(sym, False); }
 void clickWith(KeySym modifier, Widget w, int x, int y) {
-    movePointer(w, x, y);
-    XTestFakeKeyEvent(display(), code(modifier), True, CurrentTime);
-    pressPointer(1);
-    releasePointer(1);
-    XTestFakeKeyEvent(display(), code(modifier), False, CurrentTime);
+    pressKey(modifier);
+    click(w, x, y);
+    releaseKey(modifier);
     pump();
-}
-void pressKey(KeySym sym) {
-    XTestFakeKeyEvent(display(), code(sym), True, CurrentTime);
-    pump(5);
-}
-void releaseKey(KeySym sym) {
-    XTestFakeKeyEvent(display(), code(sym), False, CurrentTime);
-    pump(5);
 }
 void key(KeySym sym) {
     pressKey(sym);
     releaseKey(sym);
-    pump();
-}
-void keyWith(KeySym modifier, KeySym sym) {
-    XTestFakeKeyEvent(display(), code(modifier), True, CurrentTime);
-    key(sym);
-    XTestFakeKeyEvent(display(), code(modifier), False, CurrentTime);
     pump();
 }
 void type(const char *text) {
@@ -181,10 +165,6 @@ void focus(Widget w) {
     XmProcessTraversal(w, XmTRAVERSE_CURRENT);
     pump();
 }
-bool snapshot(Widget w, const std::string &path) {
-    pump();
-    return XSnapshotWindowToPng(XtDisplay(w), XtWindow(w), path.c_str()) == 1;
-}
 void XTest::SetUp() {
     open();
     pump(5);
@@ -209,22 +189,16 @@ void XTest::TearDown() {
     shell_ = form_ = nullptr;
     pump(5);
     EXPECT_EQ(gErrors - errorsAtStart_, 0) << "X protocol errors during the test";
-    if (leakCheck_) {
-        EXPECT_EQ(MemLiveCountAllPools() - liveAtStart_, 0) << "pool blocks leaked by the test";
-    }
+    EXPECT_EQ(MemLiveCountAllPools() - liveAtStart_, 0) << "pool blocks leaked by the test";
 }
 const std::vector<TraceLine> &XTest::traces() const { return gTraces; }
 void XTest::clearTraces() { gTraces.clear(); }
 int XTest::countTrace(const std::string &text) const {
-    int n = 0;
-    for (const auto &t : gTraces) n += t.text == text;
-    return n;
+    auto same = [&](const TraceLine &t) { return t.text == text; };
+    return static_cast<int>(std::count_if(gTraces.begin(), gTraces.end(), same));
 }
-bool XTest::hasTrace(const std::string &text) const { return countTrace(text) > 0; }
 bool XTest::hasTraceContaining(const std::string &part) const {
-    for (const auto &t : gTraces)
-        if (t.text.find(part) != std::string::npos) return true;
-    return false;
+    auto has = [&](const TraceLine &t) { return t.text.find(part) != std::string::npos; };
+    return std::any_of(gTraces.begin(), gTraces.end(), has);
 }
-int64_t XTest::poolGrowth() const { return MemLiveCountAllPools() - liveAtStart_; }
 } // namespace xt

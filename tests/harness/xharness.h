@@ -1,10 +1,9 @@
 /* xharness.h - the test harness: a real X display, real input through XTest, X error
 ** and leak checks, and captured trace lines.
 ** A test deriving from XTest gets in SetUp a fresh shell with a form (not realized: call
-** realize()), and in TearDown a failure for every X protocol error and for pool blocks
-** live more or fewer than at the start (expectLeakCheck(false) for a test that keeps
-** memory on purpose), then the shell destroyed. Input goes through XTest and the Xt event
-** loop, never by calling callbacks. Include before any X header (X's `None` breaks gtest). */
+** realize()), and in TearDown the shell destroyed, then a failure for every X error and
+** for pool blocks live more or fewer than at the start. Input goes through XTest and the
+** Xt event loop, never callbacks. Include before any X header (X's `None` breaks gtest). */
 #ifndef XC_XHARNESS_H
 #define XC_XHARNESS_H
 #include <gtest/gtest.h>
@@ -18,23 +17,17 @@ namespace xt {
 /* The process-wide display and application context (opened on first use). */
 Display *display();
 XtAppContext app();
-/* X protocol errors seen so far in the process, and the last one's error code. */
+/* X protocol errors seen so far in the process. */
 int xErrorCount();
-int lastXErrorCode();
 /* One captured trace line. */
-struct TraceLine {
-    std::string component;
-    int32_t msgNo, sub, level;
-    std::string text;
-};
+struct TraceLine { std::string component; int32_t msgNo, sub, level; std::string text; };
 /* Processes X and Xt events (timers included) until none is pending for `idleMs`. */
 void pump(int idleMs = 30);
 /* Processes events for `ms` milliseconds, whatever arrives. */
 void pumpFor(int ms);
 /* Processes events until `done` returns true or `timeoutMs` passes; the result of done. */
 bool pumpUntil(const std::function<bool()> &done, int timeoutMs = 2000);
-/* Geometry of a widget relative to its parent, as the server and Xt see it after
-** layout (read from the widget after pumping). */
+/* Geometry of a widget relative to its parent, as Xt sees it after layout. */
 struct Geometry { int x, y, width, height; };
 Geometry geometry(Widget w);
 /* Position of the widget's origin on the root window. */
@@ -53,7 +46,6 @@ void clickWith(KeySym modifier, Widget w, int x = -1, int y = -1);
 void pressKey(KeySym sym);
 void releaseKey(KeySym sym);
 void key(KeySym sym);                       /* press and release */
-void keyWith(KeySym modifier, KeySym sym);  /* with Shift, Control, ... held */
 void type(const char *text);                /* printable ASCII, Shift where needed */
 /* Gives the keyboard focus to the widget's shell window and the widget inside it. */
 void focus(Widget w);
@@ -66,23 +58,16 @@ protected:
     Widget form() const { return form_; }
     /* Sizes the shell, realizes it and waits until it is mapped. */
     void realize(int width = 640, int height = 480);
-    void expectLeakCheck(bool on) { leakCheck_ = on; }
     /* Captured trace lines since SetUp (or since clearTraces). */
     const std::vector<TraceLine> &traces() const;
     void clearTraces();
     int countTrace(const std::string &text) const;   /* lines whose text equals text */
-    bool hasTrace(const std::string &text) const;     /* some line equals text */
+    bool hasTrace(const std::string &text) const { return countTrace(text) > 0; }
     bool hasTraceContaining(const std::string &part) const;
-    /* Live blocks of all pools now, minus at SetUp. */
-    int64_t poolGrowth() const;
 private:
-    Widget shell_ = nullptr;
-    Widget form_ = nullptr;
+    Widget shell_ = nullptr, form_ = nullptr;
     int errorsAtStart_ = 0;
     int64_t liveAtStart_ = 0;
-    bool leakCheck_ = true;
 };
-/* Writes the window of `w` to a PNG (for looking at layouts while developing). */
-bool snapshot(Widget w, const std::string &path);
 } // namespace xt
 #endif

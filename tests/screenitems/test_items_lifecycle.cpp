@@ -1,6 +1,6 @@
-// Number, date and time items from creation to teardown: what bad item data builds, how
-// teardown ends the controls, the client destroying the widgets first, and random screens
-// of these items created, updated and freed, unrealized and shown.
+// Number, date and time items from creation to teardown: how teardown ends the controls,
+// the client destroying the widgets first, and random screens of these items created,
+// updated and freed, unrealized and shown.
 #include "plgscreen.h"
 #include <climits>
 #include <random>
@@ -9,14 +9,7 @@ namespace {
 class Lifecycle : public ShownBothWays {
 protected:
     static bool shown() { return GetParam() != Shown::Never; }
-    void expectControlsDestroyedOnce() const { /* the date, time and number controls */
-        for (const char *kind : {"6", "7", "8"})
-            EXPECT_EQ(countTrace(std::string("Destroy widget of type ") + kind), 1) << kind;
-    }
 };
-void noteGone(Widget w, XtPointer names, XtPointer) {
-    static_cast<std::vector<std::string> *>(names)->push_back(XtName(w));
-}
 /* A group box holding one item of each kind in a grid (2). */
 void threeItems(Screen &s) {
     void *grid = s.add(s.add(nullptr, GroupBox, 1, groupBoxData("Schedule")), RowColManager, 2,
@@ -31,20 +24,17 @@ TEST_P(Lifecycle, TeardownEndsEachControlBeforeTheWidgetsAroundIt) {
     show(s, 7, shown());
     const auto *date = dateInputOf(s, 4);
     ASSERT_NE(date, nullptr);
-    std::vector<std::string> gone;
+    GoneList gone;
     for (Widget w : {date->wYear, date->wMonth, date->wDay, date->wUp, date->wDown})
-        XtAddCallback(w, XmNdestroyCallback, noteGone, &gone);
-    ListWalk(s.item(4)->guiData->widgetList, [](void *names, void *element) {
-        Widget w = static_cast<GuiWidgetRecord *>(ListElementItem(element))->widget;
-        if (w) XtAddCallback(w, XmNdestroyCallback, noteGone, names);
-        return 1;
-    }, &gone);
+        gone.watch(w);
+    gone.watchItem(s, 4);
     clearTraces();
     destroy(s);
-    EXPECT_EQ(gone, (std::vector<std::string>{"input", "input", "input", "up", "down", "/", "/",
-                                              "form"}))
+    EXPECT_EQ(gone.names, (std::vector<std::string>{"input", "input", "input", "up", "down",
+                                                    "/", "/", "form"}))
         << "the date control (year, month, day, buttons), then the labels, then the form";
-    expectControlsDestroyedOnce();
+    for (const char *kind : {"6", "7", "8"}) /* the date, time and number controls */
+        EXPECT_EQ(countTrace(std::string("Destroy widget of type ") + kind), 1) << kind;
     EXPECT_EQ(countTrace("Destroy widget of type 0"), 3 + 1 + 2 + 3 + 2);
 }
 /* A control stretched between two positions of the form, then another control: the form
@@ -58,23 +48,6 @@ TEST_P(Lifecycle, StretchedControlsGoWithoutTheFormLayingOutFreedFields) {
     s.add(nullptr, NumInput, 2, numInputData(2, 5, 1));
     show(s, 7, shown());
     destroy(s);
-}
-TEST_P(Lifecycle, WrongOrMissingItemDataBuildsNothing) {
-    Screen s;
-    s.add(nullptr, NumInput, 1);
-    s.add(nullptr, NumInput, 2, dateInputData(5)); /* another tag and shape */
-    s.add(nullptr, DateInput, 3);
-    s.add(nullptr, DateInput, 4, timeInputData(5)); /* the same shape, another tag */
-    s.add(nullptr, TimeInput, 5, labelData("not a time"));
-    s.add(nullptr, TimeInput, 6, dateInputData(0));
-    show(s, 7, shown());
-    for (int32_t id = 1; id <= 6; ++id)
-        EXPECT_TRUE(s.item(id)->guiData && !widgetCount(s.item(id))) << id;
-    EXPECT_EQ(formChildren(), 0u);
-    EXPECT_EQ(data<TimeInputData>(s, 4)->time, 5) << "nothing reported into the data";
-    clearTraces();
-    destroy(s);
-    EXPECT_FALSE(hasTraceContaining("Destroy widget"));
 }
 TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
     Screen s;
@@ -99,25 +72,6 @@ TEST_P(Lifecycle, WidgetsDestroyedByTheClientTakeTheirControlsWithThem) {
     clearTraces();
     destroy(s);
     EXPECT_EQ(countTrace("Destroy widget of type 7"), 1) << "the record is still visited";
-}
-TEST_P(Lifecycle, PerItemAndWholeScreenUpdatesKeepOrReplaceTheControls) {
-    Screen first, patch, next;
-    threeItems(first);
-    oScreenDef screen = record(first, 9);
-    if (shown()) pump();
-    void *number = lastRecord(first.item(3))->numInput;
-    patch.add(nullptr, DateInput, 4, dateInputData(dateTime(2031, 2, 1)));
-    patch.add(nullptr, NumInput, 3, numInputData(4, 5, 1));
-    patch.item(3)->hidden = 1;
-    EXPECT_EQ(update(screen, patch, 1), 1);
-    EXPECT_EQ(lastRecord(first.item(3))->numInput, number) << "the control stays";
-    EXPECT_TRUE(first.item(3)->hidden == 1 && !isMapped(outer(first, 3)));
-    next.add(nullptr, TimeInput, 1, timeInputData(timeOfDay(1, 2)));
-    clearTraces();
-    EXPECT_EQ(update(screen, next, 0), 1);
-    expectControlsDestroyedOnce();
-    EXPECT_NE(lastRecord(next.item(1))->timeInput, nullptr);
-    GuiFreeScreenDefAndWidgets(&screen.oPluginScreenDef);
 }
 /* Up to `count` items in group boxes, grids and at the top level: mostly number, date and
 ** time items with values from the edges of their ranges, sometimes with data of another

@@ -4,16 +4,6 @@
 namespace xt {
 namespace {
 using Items = PlgScreenTest;
-/* The local date of a time value as the date input shows it: day, month name, year. */
-std::string shownDateOf(int32_t t) {
-    static const char *const months[] = {"BAD", "Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    KxTimeStruct local{};
-    TimeToBreakdownStruct(&local, t);
-    char text[32];
-    std::snprintf(text, sizeof text, "%02d %s %02d", local.iDay, months[local.iMonth], local.iYear);
-    return text;
-}
 std::string shownDate(const GuiDateInput *in) {
     return textOf(in->wDay) + " " + textOf(in->wMonth) + " " + textOf(in->wYear);
 }
@@ -55,18 +45,6 @@ TEST_F(Items, TypingWritesEachChangeAndLeavingTheFieldWritesTheCheckedValue) {
         EXPECT_EQ(data<NumInputData>(s, 1)->value, std::atoi(left));
     }
     EXPECT_EQ(data<NumInputData>(s, 2)->value, 1) << "the other field was left as well";
-    destroy(s);
-}
-TEST_F(Items, DateZeroShowsTodayAndTheItemThenHoldsTodaysDate) {
-    Screen s;
-    s.add(nullptr, DateInput, 1, dateInputData(0));
-    const std::string before = shownDateOf(TimeNow());
-    show(s);
-    if (shownDateOf(TimeNow()) != before) GTEST_SKIP() << "the date changed during the test";
-    EXPECT_EQ(shownDate(dateInputOf(s, 1)), before) << "no server offset: today is the local date";
-    int32_t shown = 0;
-    GuiDateInputGetTimeT(&shown, dateInputOf(s, 1));
-    EXPECT_EQ(data<DateInputData>(s, 1)->date, shown) << "the item holds what the fields show";
     destroy(s);
 }
 TEST_F(Items, DateLaysOutDayMonthYearAndStepsTheDayIntoTheItem) {
@@ -113,36 +91,6 @@ TEST_F(Items, TimeInAGroupBoxLivesInTheBoxsFormAndWritesItsChanges) {
     retype(in->wMinutes, "45");
     click(in->wDown); /* leaves the minutes field, then steps it down */
     EXPECT_EQ(*value, timeOfDay(10, 44));
-    destroy(s);
-}
-TEST_F(Items, TimeZeroShowsTheTimeNowAndTheItemThenHoldsIt) {
-    Screen s;
-    s.add(nullptr, TimeInput, 1, timeInputData(0));
-    show(s);
-    KxTimeStruct now{};
-    TimeToUTCBreakdownStruct(&now, TimeNow());
-    const int32_t h = std::atoi(textOf(timeInputOf(s, 1)->wHours).c_str()),
-                  m = std::atoi(textOf(timeInputOf(s, 1)->wMinutes).c_str());
-    EXPECT_LE((now.iHours * 60 + now.iMinutes - h * 60 - m + 1440) % 1440, 1) << h << ":" << m;
-    EXPECT_EQ(data<TimeInputData>(s, 1)->time, timeOfDay(h, m));
-    destroy(s);
-}
-TEST_F(Items, HandlersWriteIntoDataOfAnyTagButNeverIntoARecordOfAnotherShape) {
-    Screen s;
-    void *grid = column(s);
-    s.add(grid, DateInput, 1, dateInputData(dateTime(2022, 5, 10)));
-    s.add(grid, NumInput, 2, numInputData(4, 10, 1));
-    show(s);
-    /* The client replaces the item data while the screen is shown. */
-    ObjReleaseInternal(&s.item(1)->itemData);
-    s.item(1)->itemData = timeInputData(0); /* another tag, the same shape */
-    ObjReleaseInternal(&s.item(2)->itemData);
-    s.item(2)->itemData = labelData("a label"); /* another shape */
-    click(dateInputOf(s, 1)->wUp);
-    EXPECT_EQ(data<TimeInputData>(s, 1)->time, dateTime(2022, 5, 11));
-    click(numInputOf(s, 2)->wUp);
-    EXPECT_EQ(textOf(numInputOf(s, 2)->wText), "5");
-    EXPECT_STREQ(data<LabelData>(s, 2)->text, "a label") << "a text is not overwritten";
     destroy(s);
 }
 } // namespace
