@@ -10,8 +10,9 @@ XC_BEGIN_DECLS
 
 /* Turns the XmText or XmTextField `wText` into a password entry: from now on the field
 ** only ever holds asterisks, one per character, and the typed characters are kept in a
-** block of the default pool that XmNuserData of the widget points to (the application
-** must not use XmNuserData of the field for anything else).
+** record of the default pool that XmNuserData of the widget points to (the application
+** must not use XmNuserData of the field for anything else). A widget that is an entry
+** already stays as it is.
 **
 ** Every change of the text goes through the entry's modify-verify callback: inserted
 ** characters (typed or pasted, wherever the insertion point is) are appended to the

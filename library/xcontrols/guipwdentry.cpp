@@ -4,6 +4,7 @@
 #include <Xm/TextF.h>
 
 #include <cstring>
+#include <utility>
 
 #include "guipwdentry.h"
 
@@ -19,16 +20,32 @@ constexpr const char *kComponent = "GUIPWD";
 ** the stored password, which is already the new one. */
 Widget gBeingSet = nullptr;
 
-char *storedPassword(Widget w) {
+/* What an entry keeps beside its field, in the field's XmNuserData: the password, a
+** string of the object, which the base runtime wipes when the object goes. The destroy
+** callback holds the record itself, so that the end of the entry touches no widget (Xt
+** may have freed the field's relatives already when the callback runs). */
+struct Entry {
+    char *password;
+};
+constexpr uint32_t kTagEntry = 0xc9a2be90u;
+constexpr const char *kEntrySignature = "s;";
+
+Entry *entryOf(Widget w) {
     XtPointer stored = nullptr;
     XtVaGetValues(w, XmNuserData, &stored, nullptr);
-    return static_cast<char *>(stored);
+    return objectAs<Entry>(stored, kTagEntry, kEntrySignature);
+}
+
+char *storedPassword(Widget w) {
+    Entry *entry = entryOf(w);
+    return entry ? entry->password : nullptr;
 }
 
 /* Puts `password` (a pool block, or null) in place of the stored one, which is wiped. */
 void replaceStored(Widget w, char *password) {
-    char *old = storedPassword(w);
-    XtVaSetValues(w, XmNuserData, static_cast<XtPointer>(password), nullptr);
+    Entry *entry = entryOf(w);
+    char *old = password;
+    if (entry != nullptr) old = std::exchange(entry->password, password);
     MemFreeSecret(&old);
 }
 
@@ -80,7 +97,7 @@ void onModifyVerify(Widget w, XtPointer, XtPointer callData) {
         cutStored(w, change);
 }
 
-void onDestroy(Widget w, XtPointer, XtPointer) { replaceStored(w, nullptr); }
+void onDestroy(Widget, XtPointer entry, XtPointer) { ObjReleaseInternal(&entry); }
 
 /* `length` asterisks in a new pool block. */
 char *asterisks(size_t length) {
@@ -100,12 +117,23 @@ extern "C" {
 
 XC_API void GuiCreatePasswordEntry(Widget wText) {
     if (!haveWidgets("GuiCreatePasswordEntry", {{wText, WidgetRole::TextInput}})) return;
+    if (entryOf(wText) != nullptr) return; /* an entry already */
+    Entry *entry = nullptr;
+    if (!ObjCreateInternal(&entry, sizeof(Entry), kTagEntry, kEntrySignature, 0, pool())) {
+        traceAs(kComponent, 2, -1, "GuiCreatePasswordEntry: out of memory");
+        return;
+    }
+    XtVaSetValues(wText, XmNuserData, static_cast<XtPointer>(entry), nullptr);
     XtAddCallback(wText, XmNmodifyVerifyCallback, onModifyVerify, nullptr);
-    XtAddCallback(wText, XmNdestroyCallback, onDestroy, nullptr);
+    XtAddCallback(wText, XmNdestroyCallback, onDestroy, entry);
 }
 
 XC_API void GuiSetPassword(Widget wText, const char *pszPassword) {
     if (!haveWidgets("GuiSetPassword", {{wText, WidgetRole::TextInput}})) return;
+    if (entryOf(wText) == nullptr) {
+        traceAs(kComponent, 3, 0, "GuiSetPassword: not a password entry");
+        return;
+    }
     const char *given = pszPassword ? pszPassword : "";
     char *password = StrDuplicateIntoPool(given, pool());
     char *stars = asterisks(std::strlen(given));

@@ -25,10 +25,11 @@ std::string password(Widget field) {
     MemFreeSecret(&copy);
     return text;
 }
+/* The block of the stored password: the first field of the record in XmNuserData. */
 const char *stored(Widget field) {
-    XtPointer block = nullptr;
-    XtVaGetValues(field, XmNuserData, &block, nullptr);
-    return static_cast<const char *>(block);
+    XtPointer record = nullptr;
+    XtVaGetValues(field, XmNuserData, &record, nullptr);
+    return record ? *static_cast<const char *const *>(record) : nullptr;
 }
 class PasswordTest : public PlgScreenTest {
 protected:
