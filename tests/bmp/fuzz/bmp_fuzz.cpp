@@ -4,12 +4,10 @@
 ** must equal one XPutPixel per pixel and show the rows bottom-up. No display needed. */
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
-
 #include "bmpdecode.h"
 #include "bmpfill.h"
 
@@ -22,28 +20,16 @@ constexpr int kFormats[][3] = {{8, 8, LSBFirst},   {15, 16, LSBFirst}, {16, 16, 
                                {16, 16, MSBFirst}, {24, 24, LSBFirst}, {24, 24, MSBFirst},
                                {24, 32, LSBFirst}, {24, 32, MSBFirst}, {32, 32, LSBFirst},
                                {32, 32, MSBFirst}, {4, 4, MSBFirst},   {1, 1, MSBFirst}};
-void check(bool ok) {
-    if (!ok) std::abort();
+void check(bool ok) { if (!ok) std::abort(); }
+/* A ZPixmap image of the format over `data` filled with `fill` (XImage's fields in order). */
+XImage imageOver(std::vector<char> &data, const int format[3], const bmp::Picture &pic, char fill) {
+    const int bytesPerLine = (pic.width * format[1] + 31) / 32 * 4;
+    data.assign(size_t(bytesPerLine) * size_t(pic.height), fill);
+    XImage image = {pic.width, pic.height, 0, ZPixmap, data.data(), format[2], 32, MSBFirst,
+                    32, format[0], bytesPerLine, format[1], 0, 0, 0, nullptr, {}};
+    check(XInitImage(&image) != 0);
+    return image;
 }
-/* A ZPixmap image of the format over memory filled with `fill`. */
-struct Image {
-    std::vector<char> data;
-    XImage image = {};
-    Image(const int format[3], const bmp::Picture &pic, char fill) {
-        image.width = pic.width;
-        image.height = pic.height;
-        image.format = ZPixmap;
-        image.byte_order = format[2];
-        image.bitmap_unit = image.bitmap_pad = 32;
-        image.bitmap_bit_order = MSBFirst;
-        image.depth = format[0];
-        image.bits_per_pixel = format[1];
-        image.bytes_per_line = (pic.width * format[1] + 31) / 32 * 4;
-        data.assign(size_t(image.bytes_per_line) * size_t(pic.height), fill);
-        image.data = data.data();
-        check(XInitImage(&image) != 0);
-    }
-};
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
@@ -71,16 +57,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         const unsigned long mask = format[0] >= 32 ? 0xffffffffUL : (1UL << format[0]) - 1;
         unsigned long pixels[256];
         for (int i = 0; i < 256; ++i) pixels[i] = uint32_t(i * 0x9E3779B1u) & mask;
-        Image direct(format, pic, garbage), perPixel(format, pic, char(~garbage));
-        bmp::ImageFiller filler(&direct.image, pic, pixels);
+        std::vector<char> directData, perPixelData;
+        XImage direct = imageOver(directData, format, pic, garbage);
+        XImage perPixel = imageOver(perPixelData, format, pic, char(~garbage));
+        bmp::ImageFiller filler(&direct, pic, pixels);
         filler.fill(pic.height / 2, pic.height - pic.height / 2);
         filler.fill(0, pic.height / 2);
-        bmp::fillImagePerPixel(&perPixel.image, pic, pixels);
-        check(direct.data == perPixel.data);
+        bmp::fillImagePerPixel(&perPixel, pic, pixels);
+        check(directData == perPixelData);
         for (int32_t y = 0; y < pic.height; ++y) {
             const uint8_t *row = pic.rows + size_t(pic.height - 1 - y) * pic.stride;
             for (int32_t x = 0; x < pic.width; ++x)
-                check(XGetPixel(&direct.image, x, y) == pixels[row[x]]);
+                check(XGetPixel(&direct, x, y) == pixels[row[x]]);
         }
     }
     return 0;
