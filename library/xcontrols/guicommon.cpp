@@ -98,12 +98,6 @@ DropSiteBatch::~DropSiteBatch() {
     if (widget_ != nullptr) XmDropSiteEndUpdate(widget_);
 }
 
-void setColourByName(Widget w, const char *resource, const char *colour) {
-    if (w == nullptr || colour == nullptr) return;
-    XtVaSetValues(w, XtVaTypedArg, resource, XmRString, colour,
-                  static_cast<int>(std::strlen(colour) + 1), nullptr);
-}
-
 uint32_t signatureToken(const char *literal) {
     struct Known {
         const char *literal;

@@ -71,9 +71,6 @@ private:
     Widget widget_;
 };
 
-/* Sets a colour resource from a colour name, through XtVaTypedArg. */
-void setColourByName(Widget w, const char *resource, const char *colour);
-
 /* The base runtime's token of one of the library's signature literals (a text that stays
 ** as it is for the life of the process), asked once per literal and kept. */
 uint32_t signatureToken(const char *literal);

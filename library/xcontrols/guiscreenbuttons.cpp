@@ -56,7 +56,7 @@ void buildEditBox(Widget parent, void *node) {
     if (data->maxLength > 0) args.add(XmNmaxLength, data->maxLength);
     if (data->text) args.add(XmNvalue, reinterpret_cast<XtArgVal>(data->text));
     args.add(XmNhighlightThickness, 0).add(XmNshadowThickness, 2).add(XmNmarginHeight, 2)
-        .add(XmNmarginWidth, 3);
+        .add(XmNmarginWidth, 3).addColour(XmNbackground, where, "white");
 
     Widget text;
     if (data->rows == 1) {
@@ -67,7 +67,6 @@ void buildEditBox(Widget parent, void *node) {
         text = createScrolled(where, "text", xmTextWidgetClass, windowArgs, args);
         addWidget(gui, XtParent(text));
     }
-    setColourByName(text, XmNbackground, "white");
     queueManage(text);
     mapWidget(text);
     XtAddCallback(text, XmNvalueChangedCallback, onEdit, node);

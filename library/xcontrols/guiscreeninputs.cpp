@@ -150,9 +150,8 @@ Widget createNumberText(Widget form, const NumInputData *data) {
         args.add(XmNvalue, reinterpret_cast<XtArgVal>(value));
     }
     args.add(XmNhighlightThickness, 0).add(XmNshadowThickness, 0).add(XmNmarginHeight, 2)
-        .add(XmNmarginWidth, 3).add(XmNcursorPositionVisible, False);
+        .add(XmNmarginWidth, 3).add(XmNcursorPositionVisible, False).addColour(XmNbackground, form, "white");
     Widget text = XmCreateTextField(form, const_cast<char *>("text"), args.list(), args.count());
-    setColourByName(text, XmNbackground, "white");
     queueManage(text);
     return text;
 }

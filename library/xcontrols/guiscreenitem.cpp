@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "guiscreenitem.h"
 
@@ -183,6 +184,16 @@ void watchWidgets(void *node) {
     Widget outer = outerWidget(item);
     if (outer != nullptr) XtAddCallback(outer, XmNdestroyCallback, forgetSubtreeWidgets, node);
     ListWalk(gui->widgetList, watchRecord, outer);
+}
+
+Args &Args::addColour(const char *name, Widget where, const char *colour) {
+    /* A creation argument: setting the colour on the finished widget made Motif
+    ** reconfigure it, which cost more than creating it. */
+    Pixel pixel = 0;
+    XrmValue from{static_cast<unsigned>(std::strlen(colour) + 1), const_cast<char *>(colour)};
+    XrmValue to{sizeof pixel, reinterpret_cast<XPointer>(&pixel)};
+    if (XtConvertAndStore(where, XmRString, &from, XmRPixel, &to)) add(name, static_cast<XtArgVal>(pixel));
+    return *this;
 }
 
 Widget createHidden(Widget parent, const char *name, WidgetClass cls, Args &args) {

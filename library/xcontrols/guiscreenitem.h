@@ -150,6 +150,9 @@ public:
         }
         return *this;
     }
+    /* Adds a colour resource from a colour name, converted once for widgets created in
+    ** `where`; nothing when the name does not convert (the resource keeps its default). */
+    Args &addColour(const char *name, Widget where, const char *colour);
     ArgList list() { return args_; }
     Cardinal count() const { return count_; }
 private:

@@ -120,9 +120,8 @@ Widget createComboText(Widget form, Widget button, const ComboBoxData *data) {
     if (data->userEntry == 0) args.add(XmNeditable, False);
     if (data->columns > 0) args.add(XmNcolumns, data->columns);
     args.add(XmNhighlightThickness, 0).add(XmNshadowThickness, 0).add(XmNmarginHeight, 2)
-        .add(XmNmarginWidth, 3);
+        .add(XmNmarginWidth, 3).addColour(XmNbackground, form, "white");
     Widget text = XmCreateTextField(form, const_cast<char *>("text"), args.list(), args.count());
-    setColourByName(text, XmNbackground, "white");
     queueManage(text);
     return text;
 }
@@ -136,8 +135,8 @@ Widget createDropList(Widget where, Widget frame) {
         .add(XmNtopAttachment, XmATTACH_WIDGET).add(XmNtopWidget, reinterpret_cast<XtArgVal>(frame))
         .add(XmNvisibleItemCount, 4).add(XtNmappedWhenManaged, False).add(XmNhighlightThickness, 0);
     Args windowArgs = args;
+    args.addColour(XmNbackground, where, "white");
     Widget list = createScrolled(where, "list", xmListWidgetClass, windowArgs, args);
-    setColourByName(list, XmNbackground, "white");
     queueManage(list);
     return list;
 }
@@ -217,8 +216,8 @@ void buildListBox(Widget parent, void *node) {
         args.add(XmNvisibleItemCount, 4);
     Args windowArgs = args;
     windowArgs.add(XtNmappedWhenManaged, False);
+    args.addColour(XmNbackground, where, "white");
     Widget w = createScrolled(where, "list", xmListWidgetClass, windowArgs, args);
-    setColourByName(w, XmNbackground, "white");
     queueManage(w);
 
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {

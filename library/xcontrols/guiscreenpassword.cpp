@@ -131,10 +131,10 @@ void buildGetPasswordBox(Widget parent, void *node) {
 
     Args args;
     args.add(XmNrows, 1).add(XmNcolumns, data->columns).add(XmNhighlightThickness, 0)
-        .add(XmNshadowThickness, 2).add(XmNmarginHeight, 2).add(XmNmarginWidth, 3);
+        .add(XmNshadowThickness, 2).add(XmNmarginHeight, 2).add(XmNmarginWidth, 3)
+        .addColour(XmNbackground, where, "white");
     Widget text = createHidden(where, "text", xmTextWidgetClass, args);
     addWidget(gui, text);
-    setColourByName(text, XmNbackground, "white");
     queueManage(text);
     GuiCreatePasswordEntry(text);
     XtAddCallback(text, XmNvalueChangedCallback, onPasswordBox, node);

@@ -48,10 +48,10 @@ Widget createToggle(Widget parent, const char *name, const char *label, int32_t 
     Args args;
     if (text) args.add(XmNlabelString, reinterpret_cast<XtArgVal>(static_cast<XmString>(text)));
     if (set != 0) args.add(XmNset, True);
+    args.addColour(XmNselectColor, parent, "red");
     Widget w = hidden ? createHidden(parent, name, xmToggleButtonWidgetClass, args)
                       : XtCreateWidget(name, xmToggleButtonWidgetClass, parent, args.list(), args.count());
     queueManage(w);
-    setColourByName(w, XmNselectColor, "red");
     return w;
 }
 
