@@ -1,5 +1,8 @@
 /* guiscreenteardown.cpp - the end of a screen's widgets: the teardown walk by widget
 ** kind, and the order in which widgets and controls go. */
+#include <X11/IntrinsicP.h>
+#include <X11/CompositeP.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -15,12 +18,11 @@ namespace {
 /* Takes every child of the form out of its layout before some of them go one by one.
 ** An unrealized form leaves the attachments of the other children pointing at a
 ** destroyed sibling and follows them at its next layout, which would read freed memory;
-** children that are not managed are not laid out. */
+** children that are not managed are not laid out. The child list is read from the
+** composite record: a resource query per control cost more than the unmanaging. */
 void leaveLayout(Widget form) {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(form, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    if (count > 0) XtUnmanageChildren(children, count);
+    const CompositePart &composite = reinterpret_cast<CompositeWidget>(form)->composite;
+    if (composite.num_children > 0) XtUnmanageChildren(composite.children, composite.num_children);
 }
 
 /* Clears the handle before the control goes, so that nothing reaches it twice. */
