@@ -21,9 +21,7 @@ public:
                               &minor, &opcode);
         if (dpy_ != nullptr) XkbSelectEvents(dpy_, XkbUseCoreKbd, XkbBellNotifyMask, ~0u);
     }
-    ~BellCounter() {
-        if (dpy_ != nullptr) XCloseDisplay(dpy_);
-    }
+    ~BellCounter() { if (dpy_ != nullptr) XCloseDisplay(dpy_); }
     BellCounter(const BellCounter &) = delete;
     bool available() const { return dpy_ != nullptr; }
     /* Bells rung since the counter was made or last reset. */
@@ -42,28 +40,21 @@ private:
     Display *dpy_ = nullptr;
     int eventBase_ = 0, count_ = 0;
 };
-/* The widgets of a date or time input, as a caller makes them. */
-struct DateWidgets { Widget day, month, year, up, down; };
-struct TimeWidgets { Widget hours, minutes, up, down; };
-/* Counts how many of the watched widgets have been destroyed. */
-struct DestroyCounter {
-    int count = 0;
-    void watch(std::initializer_list<Widget> widgets) {
-        for (Widget w : widgets)
-            XtAddCallback(w, XmNdestroyCallback,
-                          [](Widget, XtPointer n, XtPointer) { ++*static_cast<int *>(n); }, &count);
-    }
-};
-/* A client that destroys its control from the first report it gets and counts the
-** reports that still reach it afterwards (there must be none). */
+/* Adds one to `*count` as each of the widgets is destroyed. */
+inline void countDestroys(int *count, std::initializer_list<Widget> widgets) {
+    for (Widget w : widgets)
+        XtAddCallback(w, XmNdestroyCallback,
+                      [](Widget, XtPointer n, XtPointer) { ++*static_cast<int *>(n); }, count);
+}
+/* A client that destroys its control from the first report it gets; no report may reach
+** it afterwards. */
 template <typename Handle, void (*destroy)(Handle *)>
 struct CloseOnFirstReport {
     Handle *input;
-    int lateReports = 0;
     template <typename Source>
     static void onValue(Source, void *data, int32_t *) {
         auto *self = static_cast<CloseOnFirstReport *>(data);
-        if (self->input == nullptr) return void(++self->lateReports);
+        if (self->input == nullptr) return void(ADD_FAILURE() << "a report after the destroy");
         destroy(self->input);
         self->input = nullptr;
     }
@@ -75,16 +66,15 @@ inline std::string textOf(Widget w) {
     XtFree(text);
     return copy;
 }
-/* A test with a horizontal row in the form; widgets are added left to right. The row
-** starts with a spare text field that takes the focus when the shell gets it and that
-** the tests focus to make a field lose the focus. */
+/* A test with a horizontal row in the form, filled left to right from a spare text field
+** that takes the focus when the shell gets it, and when a field is to lose it. */
 class InputsTest : public xt::XTest {
 protected:
     void SetUp() override {
         xt::XTest::SetUp();
         row_ = XtVaCreateManagedWidget("row", xmRowColumnWidgetClass, form(), XmNorientation,
                                        XmHORIZONTAL, XmNpacking, XmPACK_TIGHT, nullptr);
-        spare_ = field("spare", 6);
+        spare = field("spare", 6);
         ASSERT_TRUE(bells.available()) << "the server does not notify bells";
         bells.reset();
     }
@@ -96,17 +86,6 @@ protected:
         return XtVaCreateManagedWidget(name, xmArrowButtonWidgetClass, row_, XmNarrowDirection,
                                        direction, XmNwidth, 24, XmNheight, 24, nullptr);
     }
-    Widget spare() const { return spare_; }
-    /* The fields of a date input from left to right as the plugin screens lay them out
-    ** (day, month, year), then its buttons. */
-    DateWidgets dateWidgets() {
-        return {field("day", 2), field("month", 6), field("year", 4), arrow("up", XmARROW_UP),
-                arrow("down", XmARROW_DOWN)};
-    }
-    TimeWidgets timeWidgets() {
-        return {field("hours", 2), field("minutes", 2), arrow("up", XmARROW_UP),
-                arrow("down", XmARROW_DOWN)};
-    }
     /* Focuses the field, deletes what it holds with the keyboard and types `text`. */
     void retype(Widget w, const char *text) {
         xt::focus(w);
@@ -115,10 +94,11 @@ protected:
         xt::type(text);
     }
     /* Moves the focus to the spare field, so that the focused field loses it. */
-    void leaveField() { xt::focus(spare_); }
+    void leaveField() { xt::focus(spare); }
     BellCounter bells;
+    Widget spare = nullptr;
 private:
-    Widget row_ = nullptr, spare_ = nullptr;
+    Widget row_ = nullptr;
 };
 } // namespace inputs
 #endif
