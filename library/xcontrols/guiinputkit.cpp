@@ -1,10 +1,13 @@
 /* guiinputkit.cpp - pieces that the input controls share. */
 #include "guiinputkit.h"
 
+#include <algorithm>
+
 #include <utility>
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 #include <X11/IntrinsicP.h>
 #include <Xm/ArrowB.h>
 #include <Xm/List.h>
@@ -21,6 +24,7 @@ constexpr int32_t kMsgNoWidget = 540;
 constexpr int32_t kMsgNullArgument = 541;
 constexpr int32_t kMsgOutOfMemory = 542;
 constexpr int32_t kMsgWrongClass = 543;
+constexpr int32_t kMsgTwice = 544;
 
 ControlScope *gInnermostScope = nullptr;
 void (*gWhenAllClosed)() = nullptr;
@@ -106,7 +110,16 @@ bool haveStepperWidgets(const char *function, std::initializer_list<Widget> fiel
                         Widget down) {
     for (Widget field : fields)
         if (!haveWidgets(function, {{field, WidgetRole::TextInput}})) return false;
-    return haveWidgets(function, {{up, WidgetRole::StepButton}, {down, WidgetRole::StepButton}});
+    if (!haveWidgets(function, {{up, WidgetRole::StepButton}, {down, WidgetRole::StepButton}}))
+        return false;
+    /* The control destroys each of its widgets: one given twice would be destroyed twice. */
+    std::vector<Widget> all(fields);
+    all.push_back(up);
+    all.push_back(down);
+    std::sort(all.begin(), all.end());
+    if (std::adjacent_find(all.begin(), all.end()) == all.end()) return true;
+    trace(kMsgTwice, -1, "%s: a widget is given twice", function);
+    return false;
 }
 
 bool haveHandle(const void *handle, const char *function) {

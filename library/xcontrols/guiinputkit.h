@@ -95,7 +95,7 @@ struct NeededWidget {
 ** of a class its role does not accept. */
 bool haveWidgets(const char *function, std::initializer_list<NeededWidget> widgets);
 /* haveWidgets for an input made of text fields (TextInput) and an up and a down button
-** (StepButton). */
+** (StepButton), none of them given twice. */
 bool haveStepperWidgets(const char *function, std::initializer_list<Widget> fields, Widget up,
                         Widget down);
 /* False, with a trace naming `function`, when an operation is given a null handle or

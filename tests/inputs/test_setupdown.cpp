@@ -99,10 +99,11 @@ TEST_F(SetUpDownTest, WrongWidgetsAreRefusedAndEachMessageHasItsOwnNumber) {
     GuiCreateComboAndWidgets(nullptr, form(), "x", 1, 1, 5, 0);
     GuiManageNumInput(nullptr, button, button, 9, 0, 1, 0, 0);
     GuiManageNumInput(button, button, button, 9, 0, 1, 0, 0);
+    EXPECT_EQ(GuiManageNumInput(good, button, button, 9, 0, 1, 0, 0), nullptr) << "given twice";
     GuiDateInputSet(date, 2024, 13, 1);
     std::set<int32_t> numbers;
     for (const xt::TraceLine &line : traces()) numbers.insert(line.msgNo);
-    EXPECT_EQ(traces().size(), 5u);
+    EXPECT_EQ(traces().size(), 6u);
     EXPECT_EQ(numbers.size(), traces().size());
     EXPECT_EQ(numbers.count(503), 0u);
     GuiDateInputDestroy(date);
