@@ -57,15 +57,7 @@ protected:
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
         xt::pump();
     }
-    /* The answer document's values at the JSON pointers of `expected`. */
-    static void expectAnswers(const std::string &out, const json &expected) {
-        const json got = json::parse(out, nullptr, false);
-        for (const auto &[pointer, value] : expected.items())
-            EXPECT_EQ(got.value(json::json_pointer(pointer), json()), value) << pointer << "\n" << out;
-    }
     Window top_ = 0;
-
-private:
     Scratch scratch_;
     std::map<int, std::vector<int>> places_; // x, y, width, height on the root window
 };
@@ -82,36 +74,28 @@ TEST_F(ViewerEndToEnd, TheRestoreDialogAnswersWhatTheUserChose) {
     for (int i = 0; i < 12; ++i) xt::key(XK_BackSpace);
     xt::type("/tmp/here");
     clickIn(33); // if a file exists: the third choice, stepped to with Down in its field
-    xt::key(XK_Down);
-    xt::key(XK_Down);
+    for (int i = 0; i < 2; ++i) xt::key(XK_Down);
     clickIn(37); // verify restored files
     clickIn(90); // Restore: a CLOSE action
     ASSERT_EQ(viewer->finish(), 0) << viewer->err;
     EXPECT_EQ(viewer->err, "");
-    expectAnswers(viewer->out, {{"/jobId", 77}, {"/closedBy", 90},
+    const json got = json::parse(viewer->out, nullptr, false), expected = {
+        {"/jobId", 77}, {"/closedBy", 90},
         {"/values/11/selectedTexts", {"/etc", "/home/bob", "/var/lib/postgresql"}},
         {"/values/113/selected", true}, {"/values/22/selected", 24},
         {"/values/23/set", false}, {"/values/25/text", "/tmp/here"},
         {"/values/33/selected", 3}, {"/values/33/typedText", "Skip it"},
-        {"/values/35/encrypted", nullptr}, {"/values/37/set", true}});
-}
-
-/* What the library wrote into the records while it built the screen, untouched by the user. */
-TEST_F(ViewerEndToEnd, TheBackupOptionsScreenAnswersTheValuesItWasGiven) {
-    auto viewer = start("backup-options.json");
-    clickIn(90); // OK
-    ASSERT_EQ(viewer->finish(), 0) << viewer->err;
-    expectAnswers(viewer->out, {{"/jobId", 42}, {"/closedBy", 90},
-        {"/values/6/selectedText", "Incremental"}, {"/values/8/value", 30},
-        {"/values/22/selected", 23}, {"/values/28/typedText", "LTO-8 drive 1"},
-        {"/values/44/iso", "2026-04-01"}, {"/values/45/time", 81000}});
+        {"/values/35/encrypted", nullptr}, {"/values/37/set", true}};
+    for (const auto &[pointer, value] : expected.items())
+        EXPECT_EQ(got.value(json::json_pointer(pointer), json()), value) << pointer;
 }
 
 TEST_F(ViewerEndToEnd, ClosingTheWindowExitsOneAndPrintsNothing) {
     auto viewer = start("restore-dialog.json");
     Display *dpy = xt::display();
     XEvent ev{};
-    ev.xclient = {ClientMessage, 0, False, dpy, top_, XInternAtom(dpy, "WM_PROTOCOLS", False), 32, {}};
+    const Atom protocols = XInternAtom(dpy, "WM_PROTOCOLS", False);
+    ev.xclient = {ClientMessage, 0, False, dpy, top_, protocols, 32, {}};
     ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, "WM_DELETE_WINDOW", False));
     XSendEvent(dpy, top_, False, NoEventMask, &ev);
     XFlush(dpy);

@@ -15,7 +15,7 @@
 /* `s` written `n` times: nesting and long texts for the limits. */
 inline std::string repeated(size_t n, const std::string &s) {
     std::string text;
-    for (size_t i = 0; i < n; ++i) text += s;
+    while (n--) text += s;
     return text;
 }
 /* A screen of `depth` group boxes, each inside the one before. */
@@ -32,22 +32,17 @@ protected:
         screen.reset();
         EXPECT_EQ(MemLiveCountAllPools(), liveAtStart_) << "pool blocks were not given back";
     }
-    void load(const std::string &text) {
+    void load(const std::string &text) { ASSERT_EQ(errorOf(text, true), ""); }
+    /* The error of `text`, which must be refused (or, when `loads`, loaded). */
+    std::string errorOf(const std::string &text, bool loads = false) {
         std::string error;
-        ASSERT_TRUE(screenfile::parse(text, screen, error)) << error;
-    }
-    /* The error of text that must be refused; the screen must stay empty. */
-    std::string refuse(const std::string &text) {
-        std::string error;
-        EXPECT_FALSE(screenfile::parse(text, screen, error));
-        EXPECT_EQ(screen.tree(), nullptr);
+        EXPECT_EQ(screenfile::parse(text, screen, error), loads);
+        EXPECT_EQ(screen.tree() != nullptr, loads);
         return error;
     }
-    ScreenItem *item(int32_t id) const {
-        return screenfile::itemOf(xt::findNode(screen.tree(), id));
-    }
     template <typename T> T *data(int32_t id) const {
-        return item(id) ? static_cast<T *>(item(id)->itemData) : nullptr;
+        ScreenItem *item = screenfile::itemOf(xt::findNode(screen.tree(), id));
+        return item ? static_cast<T *>(item->itemData) : nullptr;
     }
     screenfile::Loaded screen;
 
@@ -77,7 +72,7 @@ public:
     }
     std::string read(const std::string &name) const {
         std::ifstream in(path(name));
-        return std::string(std::istreambuf_iterator<char>(in), {});
+        return {std::istreambuf_iterator<char>(in), {}};
     }
 
 private:
@@ -86,34 +81,27 @@ private:
 };
 
 /* The viewer program run with `args` after `env` settings ("NAME=value ...") and `input`
-** as its standard input, killed after `seconds`; finish() waits and reads what it wrote. */
+** as its standard input, killed after 30 s; finish() waits and reads what it wrote. */
 class Viewer {
 public:
     explicit Viewer(const std::vector<std::string> &args, const std::string &env = "",
-                    const std::string &input = "", int seconds = 30) {
-        std::string command = env + " timeout -s KILL " + std::to_string(seconds) + " " XCV_VIEWER;
-        for (std::string a : args) {
-            for (size_t at = 0; (at = a.find('\'', at)) != std::string::npos; at += 4)
-                a.replace(at, 1, "'\\''");
-            command += " '" + a + "'";
-        }
+                    const std::string &input = "") {
+        std::string command = env + " timeout -s KILL 30 " XCV_VIEWER;
+        for (const std::string &arg : args) command += " '" + arg + "'"; // none has a quote
         command += " <" + io_.file("in", input) + " >" + io_.path("out") + " 2>" + io_.path("err");
         run_ = std::async(std::launch::async, [command] { return std::system(command.c_str()); });
     }
-    /* The exit status; 137 when the program was killed. */
+    /* The exit status (137 when the program was killed); call once. */
     int finish() {
-        if (!run_.valid()) return status_;
         const int raw = run_.get();
-        status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
         out = io_.read("out"), err = io_.read("err");
-        return status_;
+        return WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
     std::string out, err;
 
 private:
     Scratch io_;
     std::future<int> run_;
-    int status_ = -1;
 };
 #endif
 

@@ -10,26 +10,20 @@
 #include "kx.h"
 #include "screenfile.h"
 
-namespace {
-
-void check(bool ok) {
+static void check(bool ok) {
     if (!ok) std::abort();
 }
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const int64_t liveBefore = MemLiveCountAllPools();
     {
         screenfile::Loaded screen;
         std::string error;
-        const std::string text(reinterpret_cast<const char *>(data), size);
-        if (screenfile::parse(text, screen, error)) {
+        if (screenfile::parse(std::string(reinterpret_cast<const char *>(data), size), screen,
+                              error)) {
             check(screen.tree() != nullptr);
-            const std::string answers = screenfile::answers(screen.tree(), screen.jobId);
-            check(nlohmann::json::accept(answers));
-        } else {
-            // "<place>: <reason>"
+            check(nlohmann::json::accept(screenfile::answers(screen.tree(), screen.jobId)));
+        } else { // "<place>: <reason>"
             check(screen.tree() == nullptr && error.find(": ") != std::string::npos);
         }
     }
