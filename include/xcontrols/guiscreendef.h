@@ -7,6 +7,11 @@
 ** tree and owns it; the library hangs an oGuiData on every item it builds and holds one
 ** reference on every object it stores.
 **
+** Colours that items are given by name (a white text background, a red toggle) are
+** converted to pixels once per widget and passed when the widget is created, rather than
+** set on the finished widget through a typed argument: the same colours, without Motif
+** reconfiguring every widget once more.
+**
 ** Ownership of shared records: a per-item update of a combo box or list box moves the
 ** update node's entry records under the shown node. Since tree nodes hold a reference
 ** on their cookie objects, the shown tree keeps those records alive by itself: the
