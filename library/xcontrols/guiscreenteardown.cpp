@@ -21,6 +21,9 @@ namespace {
 ** children that are not managed are not laid out. The child list is read from the
 ** composite record: a resource query per control cost more than the unmanaging. */
 void leaveLayout(Widget form) {
+    /* Kept at its size, the form asks nothing of the containers around it when its
+    ** children leave: they would lay themselves out again, one control at a time. */
+    XtVaSetValues(form, XmNresizePolicy, XmRESIZE_NONE, nullptr);
     const CompositePart &composite = reinterpret_cast<CompositeWidget>(form)->composite;
     if (composite.num_children > 0) XtUnmanageChildren(composite.children, composite.num_children);
 }
