@@ -141,19 +141,28 @@ Widget createDropList(Widget where, Widget frame) {
     return list;
 }
 
+/* Appends the texts to the list in one call: added one by one, each entry makes Motif
+** measure and lay out the list again. */
+void addEntries(Widget list, const PoolVector<const char *> &texts) {
+    PoolVector<XmString> items;
+    items.reserve(texts.size());
+    for (const char *text : texts)
+        items.push_back(XmStringCreateLtoR(const_cast<char *>(text),
+                                           const_cast<char *>(XmSTRING_DEFAULT_CHARSET)));
+    if (!items.empty()) XmListAddItems(list, items.data(), static_cast<int>(items.size()), 0);
+    for (XmString item : items) XmStringFree(item);
+}
+
 /* Fills the list with the texts of the ComboItem children; every child gets its GUI data.
 ** Returns the number of entries. */
 int32_t addComboEntries(Widget list, void *node) {
-    int32_t count = 0;
+    PoolVector<const char *> texts;
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
         createGuiData(child);
-        if (const char *text = entryText(itemOf(child), ComboItem)) {
-            XmStr entry(text);
-            XmListAddItem(list, entry, 0);
-            ++count;
-        }
+        if (const char *text = entryText(itemOf(child), ComboItem)) texts.push_back(text);
     }
-    return count;
+    addEntries(list, texts);
+    return static_cast<int32_t>(texts.size());
 }
 
 } // namespace
@@ -204,7 +213,7 @@ void buildListBox(Widget parent, void *node) {
     if (item->itemType != ListBox && extended == nullptr) return;
     Widget where = whereToBuild(parent, node);
 
-    /* XmListSelectItem keeps one entry selected under any policy but multiple select, so
+    /* XmListSelectPos keeps one entry selected under any policy but multiple select, so
     ** a list of several choices gets its stored selection under that policy first. */
     Args args;
     if (list->multiple) args.add(XmNselectionPolicy, XmMULTIPLE_SELECT);
@@ -220,14 +229,17 @@ void buildListBox(Widget parent, void *node) {
     Widget w = createScrolled(where, "list", xmListWidgetClass, windowArgs, args);
     queueManage(w);
 
+    PoolVector<const char *> texts;
+    PoolVector<int> selected; /* by position: entries of one text are told apart */
     for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
         createGuiData(child);
         ListItemData *entry = listEntry(child);
         if (entry == nullptr) continue;
-        XmStr text(entry->text);
-        XmListAddItem(w, text, 0);
-        if (entry->selected) XmListSelectItem(w, text, False);
+        texts.push_back(entry->text);
+        if (entry->selected) selected.push_back(static_cast<int>(texts.size()));
     }
+    addEntries(w, texts);
+    for (int position : selected) XmListSelectPos(w, position, False);
     if (list->multiple) XtVaSetValues(w, XmNselectionPolicy, XmEXTENDED_SELECT, nullptr);
     XtAddCallback(w, list->multiple ? XmNextendedSelectionCallback : XmNbrowseSelectionCallback,
                   onListSelection, node);
