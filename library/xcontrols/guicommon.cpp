@@ -51,10 +51,13 @@ void traceAs(const char *component, int32_t msgNo, int32_t level, const char *fo
     va_end(args);
 }
 
-XmStr::XmStr(const char *text)
-    : str_(text ? XmStringCreateLtoR(const_cast<char *>(text),
+XmString newXmString(const char *text) {
+    return text ? XmStringCreateLtoR(const_cast<char *>(text),
                                      const_cast<char *>(XmSTRING_DEFAULT_CHARSET))
-                : nullptr) {}
+                : nullptr;
+}
+
+XmStr::XmStr(const char *text) : str_(newXmString(text)) {}
 
 XmStr::~XmStr() {
     if (str_) XmStringFree(str_);

@@ -24,8 +24,11 @@ void traceSub(int32_t msgNo, int32_t sub, int32_t level, const char *format, ...
 void traceAs(const char *component, int32_t msgNo, int32_t level, const char *format, ...)
     __attribute__((format(printf, 4, 5)));
 
-/* A compound string made with XmStringCreateLtoR in the default character set, freed
-** when the guard goes. A null text gives a null string. */
+/* A new compound string of `text` made with XmStringCreateLtoR in the default character
+** set, for the caller to free with XmStringFree; null for a null text. */
+XmString newXmString(const char *text);
+
+/* A compound string made with newXmString, freed when the guard goes. */
 class XmStr {
 public:
     explicit XmStr(const char *text);

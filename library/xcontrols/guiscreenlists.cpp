@@ -146,9 +146,7 @@ Widget createDropList(Widget where, Widget frame) {
 void addEntries(Widget list, const PoolVector<const char *> &texts) {
     PoolVector<XmString> items;
     items.reserve(texts.size());
-    for (const char *text : texts)
-        items.push_back(XmStringCreateLtoR(const_cast<char *>(text),
-                                           const_cast<char *>(XmSTRING_DEFAULT_CHARSET)));
+    for (const char *text : texts) items.push_back(newXmString(text));
     if (!items.empty()) XmListAddItems(list, items.data(), static_cast<int>(items.size()), 0);
     for (XmString item : items) XmStringFree(item);
 }

@@ -18,11 +18,11 @@ namespace {
 /* Takes every child of the form out of its layout before some of them go one by one.
 ** An unrealized form leaves the attachments of the other children pointing at a
 ** destroyed sibling and follows them at its next layout, which would read freed memory;
-** children that are not managed are not laid out. The child list is read from the
-** composite record: a resource query per control cost more than the unmanaging. */
+** children that are not managed are not laid out. The form is kept at its size first, so
+** that it asks nothing of the containers around it (they would lay themselves out again,
+** one control at a time), and its child list is read from the composite record (a
+** resource query per control cost more than the unmanaging). */
 void leaveLayout(Widget form) {
-    /* Kept at its size, the form asks nothing of the containers around it when its
-    ** children leave: they would lay themselves out again, one control at a time. */
     XtVaSetValues(form, XmNresizePolicy, XmRESIZE_NONE, nullptr);
     const CompositePart &composite = reinterpret_cast<CompositeWidget>(form)->composite;
     if (composite.num_children > 0) XtUnmanageChildren(composite.children, composite.num_children);
