@@ -3,6 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "viewerfixture.h"
+// After gtest: the X headers define None.
+#include "screencheck.h"
 
 namespace {
 
@@ -63,6 +65,48 @@ TEST_F(LoaderTest, WhatIsBeyondTheLimitsIsRefusedWithItsPlace) {
         {"{\"items\": [], \"" + std::string(4097, 'k') + "\": 1}",
          "top level: a text of 4097 bytes; texts are at most 4096"}};
     for (const auto &[text, error] : cases) EXPECT_EQ(errorOf(text), error) << text.substr(0, 80);
+}
+
+/* One problem a row, placed at the last place where `at` is written in the screen. */
+TEST_F(LoaderTest, ChecksNameEveryReferenceAndNestingProblemAtItsPlace) {
+    const std::string item = R"({"type": "Label", "id": 1, "attach": {"left": {"kind": "item", )";
+    const std::string actions = R"({"type": "PushButton", "id": 1, "actions": [{"kind": )";
+    struct Row { std::string items, at, message; };
+    const Row rows[] = {
+        {item + R"("item": 9}}})", R"("item")", "the left side is attached to id 9, which no item has"},
+        {item + R"("item": 1}}})", R"("item")", "the left side is attached to the item itself"},
+        {item + R"("item": 3}}}, {"type": "GroupBox", "id": 2, "children": [{"type": "Label", "id": 3}]})",
+         R"("item")", "the left side is attached to item 3, which lies in another form: attach items "
+         "to their siblings"},
+        {R"({"type": "Label", "id": 4}, {"type": "Label", "id": 4})", R"("id")",
+         "id 4 is also used by the item at 2:1; actions and attachments find that one"},
+        {actions + R"("SHOW", "target": 9}]})", R"("target")", "the SHOW action aims at id 9, which no item has"},
+        {actions + R"("CLOSE", "target": 2}]}, {"type": "Label", "id": 2})", R"("target")",
+         "the CLOSE action aims at a Label, which it does nothing to: it acts on a PushButton"},
+        {actions + R"("SET", "target": 1}]})", R"("target")", "the SET action aims at a PushButton, "
+         "which it does nothing to: it acts on a selectionItem or a RadioButton"},
+        {R"({"type": "ComboItem", "id": 1})", "{", "a ComboItem outside a ComboBox is never shown"},
+        {R"({"type": "GroupBox", "id": 1, "children": [{"type": "ListItem", "id": 2}]})", "{",
+         "a ListItem outside a ListBox or an ExtendedListBox is never shown"},
+        {R"({"type": "ListBox", "id": 1, "children": [{"type": "RadioButton", "id": 2}]})", "{",
+         "a RadioButton outside a RadioManager is never shown"},
+        {R"({"type": "TabPage", "id": 1})", "{", "a TabPage outside a TabManager or a StackedTabManager "
+         "is never shown"},
+        {R"({"type": "RadioManager", "id": 1, "children": [{"type": "Label", "id": 2}]})", "{",
+         "a Label in a RadioManager is never shown: a RadioManager shows its RadioButton items only"},
+        {R"({"type": "EditBox", "id": 1, "children": [{"type": 99, "id": 2}]})", "{",
+         "an EditBox holds no items: this one is built in the screen's form"},
+        {R"({"type": "RowColManager", "id": 1, "children": [{"type": "Label", "id": 2, "attach": {}}]})",
+         R"("attach")", "attachments take an item of a RowColManager out of the grid"}};
+    for (const Row &row : rows) {
+        const std::string text = "{\"items\": [\n" + row.items + "]}";
+        load(text);
+        const auto problems = screenfile::check(screen);
+        ASSERT_EQ(problems.size(), 1u) << row.items;
+        EXPECT_EQ(std::make_pair(problems[0].place.line, problems[0].place.column),
+                  std::make_pair(size_t{2}, text.rfind(row.at) - text.find('\n'))) << row.items;
+        EXPECT_EQ(problems[0].message, row.message);
+    }
 }
 
 TEST_F(LoaderTest, ParsingAgainReplacesTheScreenAndTakeHandsOverTheTree) {

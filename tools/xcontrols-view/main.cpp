@@ -7,8 +7,10 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "kx.h"
+#include "screencheck.h"
 #include "screenfile.h"
 #include "viewer.h"
 
@@ -16,6 +18,7 @@ namespace {
 
 const char *kUsage =
     "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json\n"
+    "       xcontrols-view --check SCREEN.json...\n"
     "\n"
     "Shows the plugin screen described in SCREEN.json (see docs/screen-format.md);\n"
     "\"-\" reads it from standard input.\n"
@@ -27,6 +30,8 @@ const char *kUsage =
     "               to PATH as {\"<id>\": [x, y, width, height], ...} (root pixels)\n"
     "  --trace      write the library's trace lines to standard error\n"
     "  --size WxH   window size in pixels (default: the file's, else the screen's own)\n"
+    "  --check      check the files without showing them: every problem as\n"
+    "               FILE:LINE:COLUMN: message; exit 0 when all are clean, else 2\n"
     "  --help       show this text\n"
     "\n"
     "Exit status: 0 answered or rendered, 1 closed without answer, 2 bad arguments or\n"
@@ -37,7 +42,9 @@ struct Arguments {
     viewer::Options options;
     bool trace = false;
     bool help = false;
+    bool check = false;
     std::string file;
+    std::vector<std::string> checked; /* the files of --check */
 };
 
 bool parseSize(const std::string &text, int &width, int &height) {
@@ -64,6 +71,8 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
             args.help = true;
         } else if (arg == "--trace") {
             args.trace = true;
+        } else if (arg == "--check") {
+            args.check = true;
         } else if (arg == "--png") {
             if (!value(args.options.pngPath)) return false;
         } else if (arg == "--layout") {
@@ -77,6 +86,8 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
         } else if (arg.size() > 1 && arg[0] == '-') {
             error = "unknown option " + arg;
             return false;
+        } else if (args.check) {
+            args.checked.push_back(arg);
         } else if (!args.file.empty()) {
             error = "one screen file only (got \"" + args.file + "\" and \"" + arg + "\")";
             return false;
@@ -84,7 +95,8 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
             args.file = arg;
         }
     }
-    if (args.file.empty() && !args.help) error = "no screen file given";
+    if (args.check && !args.file.empty()) args.checked.insert(args.checked.begin(), args.file);
+    if (args.file.empty() && args.checked.empty() && !args.help) error = "no screen file given";
     return error.empty();
 }
 
@@ -121,6 +133,30 @@ bool readFile(const std::string &path, std::string &text, std::string &error) {
     return true;
 }
 
+/* "FILE:LINE:COLUMN: message", the form editors and build tools read. */
+std::string located(const std::string &file, const screenfile::Problem &problem) {
+    return file + ":" + std::to_string(problem.place.line) + ":" +
+           std::to_string(problem.place.column) + ": " + problem.message;
+}
+
+/* --check: prints every problem of every file; 0 when all files are clean. */
+int checkFiles(const std::vector<std::string> &files) {
+    bool clean = true;
+    for (const std::string &file : files) {
+        std::string text, error;
+        if (!readFile(file, text, error)) {
+            std::fprintf(stderr, "xcontrols-view: cannot read %s: %s\n", file.c_str(), error.c_str());
+            clean = false;
+            continue;
+        }
+        for (const screenfile::Problem &problem : screenfile::checkText(text)) {
+            std::printf("%s\n", located(file, problem).c_str());
+            clean = false;
+        }
+    }
+    return clean ? 0 : viewer::kBadInput;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -134,6 +170,7 @@ int main(int argc, char **argv) {
         std::fputs(kUsage, stdout);
         return 0;
     }
+    if (args.check) return checkFiles(args.checked);
 
     std::string text;
     if (!readFile(args.file, text, error)) {
@@ -145,8 +182,8 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "xcontrols-view: %s: %s\n", args.file.c_str(), error.c_str());
         return viewer::kBadInput;
     }
-    for (const std::string &warning : screen.warnings)
-        std::fprintf(stderr, "xcontrols-view: %s: warning: %s\n", args.file.c_str(), warning.c_str());
+    for (const screenfile::Problem &problem : screenfile::check(screen))
+        std::fprintf(stderr, "xcontrols-view: warning: %s\n", located(args.file, problem).c_str());
 
     if (args.trace) TraceSetSink("stderr");
     // Only the program's name goes on to Xt: the options are all ours.

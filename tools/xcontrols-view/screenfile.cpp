@@ -2,10 +2,10 @@
 ** every value on the way and naming the place of the first one that is wrong. */
 #include "screenfile.h"
 
+#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <limits>
-#include <map>
 #include <utility>
 
 #include "kx.h"
@@ -108,12 +108,22 @@ int32_t namedCodeOf(const json &v, const std::string &path, const NamedCode (&ta
     return code;
 }
 
+/* Whether `s` has the shape of `pattern`, in which '9' stands for a digit: no sign, no
+** blank and no missing digit gets through to the numbers. */
+bool shaped(const std::string &s, const char *pattern) {
+    if (s.size() != std::strlen(pattern)) return false;
+    for (size_t i = 0; i < s.size(); ++i)
+        if (pattern[i] == '9' ? !std::isdigit(static_cast<unsigned char>(s[i])) : s[i] != pattern[i])
+            return false;
+    return true;
+}
+
 /* "YYYY-MM-DD" as local midnight, the form the date input shows. */
 bool dateFromText(const std::string &s, int32_t &t) {
     KxDateStruct date{};
-    char end = 0;
-    return std::sscanf(s.c_str(), "%4d-%2d-%2d%c", &date.iYear, &date.iMonth, &date.iDay, &end) == 3 &&
-           s.size() == 10 && date.iMonth >= 1 && date.iMonth <= 12 && date.iDay >= 1 &&
+    return shaped(s, "9999-99-99") &&
+           std::sscanf(s.c_str(), "%4d-%2d-%2d", &date.iYear, &date.iMonth, &date.iDay) == 3 &&
+           date.iMonth >= 1 && date.iMonth <= 12 && date.iDay >= 1 &&
            date.iDay <= TimeDaysInMonth(date.iMonth, date.iYear) && TimeFromDate(&t, &date);
 }
 
@@ -121,11 +131,10 @@ bool dateFromText(const std::string &s, int32_t &t) {
 ** Midnight is taken one day later, since 0 itself means "now". */
 bool timeFromText(const std::string &s, int32_t &t) {
     KxTimeOfDayStruct tod{};
-    char end = 0;
-    int n = std::sscanf(s.c_str(), "%2d:%2d:%2d%c", &tod.iHours, &tod.iMinutes, &tod.iSeconds, &end);
-    bool shapeOk = (n == 2 && s.size() == 5) || (n == 3 && s.size() == 8);
-    if (!shapeOk || tod.iHours < 0 || tod.iHours > 23 || tod.iMinutes < 0 || tod.iMinutes > 59 ||
-        tod.iSeconds < 0 || tod.iSeconds > 59 || !TimeFromTimeOfDay(&t, &tod))
+    const bool shapeOk = shaped(s, "99:99") || shaped(s, "99:99:99");
+    if (!shapeOk ||
+        std::sscanf(s.c_str(), "%2d:%2d:%2d", &tod.iHours, &tod.iMinutes, &tod.iSeconds) < 2 ||
+        tod.iHours > 23 || tod.iMinutes > 59 || tod.iSeconds > 59 || !TimeFromTimeOfDay(&t, &tod))
         return false;
     if (t == 0) t = 24 * 3600;
     return true;
@@ -167,11 +176,14 @@ void *newObject(uint32_t tag, const char *signature, uint32_t size, const std::s
 /* Walks a parsed document and builds the tree into a Loaded. Throws Failure. */
 class Builder {
 public:
-    explicit Builder(Loaded &out) : out_(out) {}
+    Builder(Loaded &out, const Places &places) : out_(out), places_(places) {}
 
     void screen(const json &doc) {
         expectObject(doc, "");
-        onlyFields(doc, "", {"jobId", "title", "width", "height", "items", "comment"}, "a screen");
+        // "$schema" names the schema that editors check the file against.
+        onlyFields(doc, "", {"$schema", "jobId", "title", "width", "height", "items", "comment"},
+                   "a screen");
+        if (const json *v = member(doc, "$schema")) stringOf(*v, "$schema");
         if (const json *v = member(doc, "jobId")) out_.jobId = int32Of(*v, "jobId");
         if (const json *v = member(doc, "title")) out_.title = stringOf(*v, "title");
         if (const json *v = member(doc, "comment")) stringOf(*v, "comment");
@@ -179,7 +191,6 @@ public:
         if (const json *v = member(doc, "height")) out_.height = windowSideOf(*v, "height");
         if (!TreeCreateFromPool(&out_.tree_, 0, MemGetDefaultPoolId())) fail("", "out of memory");
         items(required(doc, "", "items"), "items", nullptr, 1);
-        warnAboutReferences();
     }
 
 private:
@@ -214,7 +225,8 @@ private:
         auto *rec = static_cast<ScreenItem *>(ref.get());
         const TypeDef *type = typeOf(required(obj, path, "type"), memberPath(path, "type"), rec);
         rec->itemId = int32Of(required(obj, path, "id"), memberPath(path, "id"));
-        noteId(rec->itemId, memberPath(path, "id"));
+        notePlace(rec, obj);
+        notePlace(&rec->itemId, obj["id"]);
         if (const json *v = member(obj, "hidden")) rec->hidden = flagOf(*v, memberPath(path, "hidden"));
         if (const json *v = member(obj, "comment")) stringOf(*v, memberPath(path, "comment"));
         if (const json *v = member(obj, "disabled"))
@@ -222,7 +234,10 @@ private:
         itemData(member(obj, "data"), memberPath(path, "data"), type, rec);
         if (const json *v = member(obj, "answerClearText"))
             clearTextAnswer(*v, memberPath(path, "answerClearText"), type, rec);
-        if (const json *v = member(obj, "attach")) attachments(*v, memberPath(path, "attach"), rec);
+        if (const json *v = member(obj, "attach")) {
+            attachments(*v, memberPath(path, "attach"), rec);
+            notePlace(&rec->attachments, *v);
+        }
         if (const json *v = member(obj, "actions")) actions(*v, memberPath(path, "actions"), rec);
 
         void *node = parentNode ? TreeAddItem(parentNode, rec, KX_TREE_COOKIE_OBJECT)
@@ -345,14 +360,12 @@ private:
         const json *position = member(v, "position");
         const json *item = member(v, "item");
         if (position) side.position = int32Of(*position, memberPath(path, "position"));
-        if (item) {
-            side.itemId = int32Of(*item, memberPath(path, "item"));
-            noteReference(side.itemId, memberPath(path, "item"));
-        }
+        if (item) side.itemId = int32Of(*item, memberPath(path, "item"));
         if (const json *offset = member(v, "offset")) side.offset = int32Of(*offset, memberPath(path, "offset"));
         requireFor(side.kind, ATTACH_POSITION, position, path, "position");
         requireFor(side.kind, ATTACH_ITEM, item, path, "item");
         out_.sides_.push_back(side);
+        notePlace(&out_.sides_.back(), item ? *item : v);
         return &out_.sides_.back();
     }
 
@@ -382,30 +395,18 @@ private:
                                   kActionKinds, "action kind");
             a->targetId = int32Of(required(v[i], actionPath, "target"),
                                   memberPath(actionPath, "target"));
-            noteReference(a->targetId, memberPath(actionPath, "target"));
+            notePlace(a, v[i]["target"]);
             if (!ListAddLastItem(rec->actions, a)) fail(actionPath, "out of memory");
         }
     }
 
-    void noteId(int32_t id, const std::string &path) {
-        auto seen = ids_.emplace(id, path);
-        if (!seen.second)
-            out_.warnings.push_back(path + ": id " + std::to_string(id) + " is also used by " +
-                                    seen.first->second + "; actions and attachments find the first");
-    }
-
-    void noteReference(int32_t id, const std::string &path) { references_.emplace_back(id, path); }
-
-    void warnAboutReferences() {
-        for (const auto &ref : references_)
-            if (!ids_.count(ref.first))
-                out_.warnings.push_back(ref.second + ": no item has id " + std::to_string(ref.first));
+    void notePlace(const void *recordOrField, const json &v) {
+        out_.places_.emplace(recordOrField, places_.of(v));
     }
 
     Loaded &out_;
+    const Places &places_;
     size_t itemCount_ = 0;
-    std::map<int32_t, std::string> ids_;
-    std::vector<std::pair<int32_t, std::string>> references_;
 };
 
 Loaded::~Loaded() { reset(); }
@@ -421,21 +422,31 @@ void Loaded::reset() {
     jobId = 0;
     title.clear();
     width = height = 0;
-    warnings.clear();
+    places_.clear();
     sides_.clear();
     arrays_.clear();
 }
 
-bool parse(const std::string &text, Loaded &out, std::string &error) {
+Place Loaded::placeOf(const void *recordOrField) const {
+    auto found = places_.find(recordOrField);
+    return found == places_.end() ? Place{} : found->second;
+}
+
+bool parse(const std::string &text, Loaded &out, std::string &error, Place *errorPlace) {
     out.reset();
     json doc;
-    if (!parseStrictJson(text, doc, error)) return false;
+    Places places;
+    if (!parseStrictJson(text, doc, error, &places)) {
+        if (errorPlace) *errorPlace = places.failure;
+        return false;
+    }
     try {
-        Builder(out).screen(doc);
+        Builder(out, places).screen(doc);
         return true;
     } catch (const Failure &failure) {
         out.reset();
         error = (failure.where.empty() ? "top level" : failure.where) + ": " + failure.why;
+        if (errorPlace) *errorPlace = places.ofPath(doc, failure.where);
         return false;
     }
 }

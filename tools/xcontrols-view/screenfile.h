@@ -15,9 +15,10 @@
 #include <deque>
 #include <optional>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "guiscreendef.h"
+#include "strictjson.h"
 
 namespace screenfile {
 
@@ -40,13 +41,17 @@ public:
     int32_t jobId = 0;
     std::string title;             /* window title; empty: none given */
     int32_t width = 0, height = 0; /* window size; 0: the screen's natural size */
-    /* Things that load but are probably mistakes: ids used twice, actions and
-    ** attachments naming ids that no item has. */
-    std::vector<std::string> warnings;
+
+    /* Where the file wrote a record of the tree or one of its fields, by its address: an
+    ** item (its object), its itemId and attachments (the names "id" and "attach"), an
+    ** attachment side (its "item", else the side) and an action (its "target"). {0, 0}
+    ** for anything else. */
+    Place placeOf(const void *recordOrField) const;
 
 private:
     friend class Builder;
     void *tree_ = nullptr;
+    std::unordered_map<const void *, Place> places_;
     std::deque<ScreenAttachment> sides_;
     std::deque<std::array<ScreenAttachment *, 4>> arrays_;
 };
@@ -62,8 +67,9 @@ constexpr int32_t kMaxWindowSide = 32767;  /* width and height: X positions are 
 ** the place and the reason: "line L, column C: ..." for a syntax error, or a path into
 ** the document such as "items[2].children[0].data.columns: expected an integer, got a
 ** string" for a well-formed file that does not describe a screen. Refuses, with the
-** place, what passes the limits above and those of parseStrictJson. */
-bool parse(const std::string &text, Loaded &out, std::string &error);
+** place, what passes the limits above and those of parseStrictJson. `errorPlace`, when
+** given, is set to the line and column of the error (of the value that a path names). */
+bool parse(const std::string &text, Loaded &out, std::string &error, Place *errorPlace = nullptr);
 
 /* The answer document for a screen: {"jobId": N, "closedBy": ID or null, "values":
 ** {"<id>": {...}, ...}} with one entry per item that holds a value (texts, selected

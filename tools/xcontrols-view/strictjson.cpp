@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 namespace screenfile {
@@ -24,19 +27,111 @@ std::string indexPath(const std::string &base, size_t index) {
 
 namespace {
 
-/* "line L, column C" of the byte at `offset` (both counted from 1). */
-std::string placeOf(const std::string &text, size_t offset) {
-    offset = std::min(offset, text.size());
-    size_t line = 1 + std::count(text.begin(), text.begin() + offset, '\n');
-    size_t lineStart = text.rfind('\n', offset == 0 ? 0 : offset - 1);
-    size_t column = lineStart == std::string::npos || offset == 0 ? offset + 1 : offset - lineStart;
-    return "line " + std::to_string(line) + ", column " + std::to_string(column);
+/* Walks the text for the parser and leaves in a shared cursor the last byte that the
+** parser read: a value's callback then knows where the value ended. */
+class TrackedChars {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char *;
+    using reference = const char &;
+
+    TrackedChars(const char *at, const char **cursor) : at_(at), cursor_(cursor) {}
+    const char &operator*() const {
+        *cursor_ = at_;
+        return *at_;
+    }
+    TrackedChars &operator++() {
+        ++at_;
+        return *this;
+    }
+    bool operator==(const TrackedChars &other) const { return at_ == other.at_; }
+    bool operator!=(const TrackedChars &other) const { return at_ != other.at_; }
+
+private:
+    const char *at_;
+    const char **cursor_;
+};
+
+/* The identity of a container that survives its moves while its parent array grows. */
+const void *containerOf(const json &v) {
+    if (v.is_object()) return v.get_ptr<const json::object_t *>();
+    return v.is_array() ? v.get_ptr<const json::array_t *>() : nullptr;
+}
+
+const json *memberOf(const json &obj, const std::string &key) {
+    return obj.is_object() && obj.contains(key) ? &obj.at(key) : nullptr;
+}
+
+/* "line L, column C: ..." at the start of a message: that place. */
+Place placeInMessage(const std::string &message) {
+    Place place;
+    if (std::sscanf(message.c_str(), "line %zu, column %zu:", &place.line, &place.column) != 2)
+        return {};
+    return place;
+}
+
+} // namespace
+
+LineIndex::LineIndex(const std::string &text) {
+    starts_.push_back(0);
+    for (size_t i = text.find('\n'); i != std::string::npos; i = text.find('\n', i + 1))
+        starts_.push_back(i + 1);
+}
+
+Place LineIndex::at(size_t offset) const {
+    auto next = std::upper_bound(starts_.begin(), starts_.end(), offset);
+    if (next == starts_.begin()) return {};
+    return {static_cast<size_t>(next - starts_.begin()), offset - *(next - 1) + 1};
+}
+
+std::string describe(Place place) {
+    return "line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+}
+
+Place Places::of(const json &v) const {
+    auto found = offsets_.find(&v);
+    if (found == offsets_.end()) found = offsets_.find(containerOf(v));
+    return found == offsets_.end() ? Place{} : lines_.at(found->second);
+}
+
+Place Places::ofPath(const json &doc, const std::string &path) const {
+    const json *at = &doc;
+    Place best = of(doc);
+    for (size_t i = 0; at && i < path.size();) {
+        if (path.compare(i, 2, "[\"") == 0) {
+            // A quoted key: a JSON string up to the first quote that no backslash escapes.
+            size_t end = i + 2;
+            while (end < path.size() && path[end] != '"') end += path[end] == '\\' ? 2 : 1;
+            const json key = json::parse(path.substr(i + 1, end - i), nullptr, false);
+            at = key.is_string() ? memberOf(*at, key.get<std::string>()) : nullptr;
+            i = end + 2;
+        } else if (path[i] == '[') {
+            const size_t index = std::strtoul(path.c_str() + i + 1, nullptr, 10);
+            at = at->is_array() && index < at->size() ? &(*at)[index] : nullptr;
+            i = std::min(path.find(']', i), path.size() - 1) + 1;
+        } else {
+            i += path[i] == '.';
+            const size_t end = std::min(path.find('.', i), path.find('[', i));
+            const std::string key = path.substr(i, end - i);
+            at = memberOf(*at, key);
+            i = std::min(end, path.size());
+        }
+        if (at && of(*at).line) best = of(*at);
+    }
+    return best;
 }
 
 class StrictBuilder : public nlohmann::json_sax<json> {
 public:
-    StrictBuilder(json &root, const std::string &text) : root_(root), text_(text) {}
+    StrictBuilder(json &root, const std::string &text, Places *places)
+        : root_(root), text_(text), places_(places), cursor_(text.data()) {}
     std::string error;
+    size_t failure = 0; /* the offset where a path error was found */
+
+    TrackedChars begin() { return {text_.data(), &cursor_}; }
+    TrackedChars end() { return {text_.data() + text_.size(), &cursor_}; }
 
     bool null() override { return add(nullptr) != nullptr; }
     bool boolean(bool v) override { return add(v) != nullptr; }
@@ -44,7 +139,7 @@ public:
     bool number_unsigned(number_unsigned_t v) override { return add(v) != nullptr; }
     bool number_float(number_float_t v, const string_t &) override { return add(v) != nullptr; }
     bool string(string_t &v) override {
-        if (v.size() > kMaxTextBytes) return tooLong(v.size(), nextPath());
+        if (v.size() > kMaxTextBytes) return tooLong(v.size(), nextPath(), stringStart());
         return add(v) != nullptr;
     }
     bool binary(binary_t &v) override { return add(json::binary(v)) != nullptr; }
@@ -56,9 +151,11 @@ public:
 
     bool key(string_t &k) override {
         Frame &top = frames_.back();
-        if (k.size() > kMaxTextBytes) return tooLong(k.size(), containerPath(frames_.size()));
+        keyStart_ = stringStart();
+        if (k.size() > kMaxTextBytes) return tooLong(k.size(), containerPath(frames_.size()), keyStart_);
         if (top.value->contains(k)) {
             error = memberPath(containerPath(frames_.size()), k) + ": duplicate field";
+            failure = keyStart_;
             return false;
         }
         top.key = k;
@@ -76,7 +173,7 @@ public:
         } else {
             // A number beyond a double's range (the library's text has no place).
             const size_t start = position >= token.size() ? position - token.size() : 0;
-            error = placeOf(text_, start) + ": the number " +
+            error = describe(LineIndex(text_).at(start)) + ": the number " +
                     (token.size() > 24 ? token.substr(0, 24) + "..." : token) +
                     " is beyond the range of a double";
         }
@@ -107,10 +204,29 @@ private:
                                        : memberPath(path, frame.key);
     }
 
-    bool tooLong(size_t size, const std::string &path) {
+    bool tooLong(size_t size, const std::string &path, size_t start) {
         error = (path.empty() ? "top level" : path) + ": a text of " + std::to_string(size) +
                 " bytes; texts are at most " + std::to_string(kMaxTextBytes);
+        failure = start;
         return false;
+    }
+
+    size_t cursor() const { return static_cast<size_t>(cursor_ - text_.data()); }
+
+    /* The opening quote of the string whose closing quote the parser read last: the first
+    ** quote before it that an even number of backslashes precedes. */
+    size_t stringStart() const {
+        for (size_t i = cursor(); i-- > 0;) {
+            if (text_[i] != '"') continue;
+            size_t backslashes = 0;
+            while (backslashes < i && text_[i - 1 - backslashes] == '\\') ++backslashes;
+            if (backslashes % 2 == 0) return i;
+        }
+        return 0;
+    }
+
+    void note(const void *value, size_t offset) {
+        if (places_ && value) places_->offsets_.emplace(value, offset);
     }
 
     /* Places a value where the parse is and returns it. A container stays at its
@@ -127,6 +243,7 @@ private:
         }
         json &slot = (*top.value)[top.key];
         slot = std::move(value);
+        note(&slot, keyStart_); // a field's node stays where it is
         return &slot;
     }
 
@@ -134,9 +251,12 @@ private:
         if (frames_.size() >= kMaxJsonDepth) {
             error = nextPath() + ": nested deeper than " + std::to_string(kMaxJsonDepth) +
                     " arrays and objects";
+            failure = cursor();
             return false;
         }
+        const size_t bracket = cursor();
         frames_.push_back({add(std::move(container)), ""});
+        note(containerOf(*frames_.back().value), bracket);
         return true;
     }
 
@@ -147,21 +267,30 @@ private:
 
     json &root_;
     const std::string &text_;
+    Places *places_;
+    const char *cursor_;     /* the last byte the parser read */
+    size_t keyStart_ = 0;    /* where the name of the field whose value comes next begins */
     std::vector<Frame> frames_;
 };
 
-} // namespace
-
-bool parseStrictJson(const std::string &text, json &out, std::string &error) {
+bool parseStrictJson(const std::string &text, json &out, std::string &error, Places *places) {
     out = json();
+    if (places) *places = Places();
     // The parser would take a NUL byte for the end of the text and ignore what follows.
     if (size_t nul = text.find('\0'); nul != std::string::npos) {
-        error = placeOf(text, nul) + ": a NUL byte; a screen file is text";
+        error = describe(LineIndex(text).at(nul)) + ": a NUL byte; a screen file is text";
+        if (places) places->failure = placeInMessage(error);
         return false;
     }
-    StrictBuilder builder(out, text);
-    if (json::sax_parse(text, &builder)) return true;
+    if (places) places->lines_ = LineIndex(text);
+    StrictBuilder builder(out, text, places);
+    if (json::sax_parse(builder.begin(), builder.end(), &builder)) return true;
     error = builder.error;
+    if (places) {
+        places->failure = placeInMessage(error);
+        if (!places->failure.line) places->failure = places->lines_.at(builder.failure);
+        places->offsets_.clear();
+    }
     out = json();
     return false;
 }
