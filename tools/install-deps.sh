@@ -11,6 +11,7 @@ packages=(
   nlohmann-json3-dev libsodium-dev libpng-dev
   clang libclang-rt-14-dev
   gcovr valgrind
+  python3 python3-jsonschema
 )
 
 missing=()

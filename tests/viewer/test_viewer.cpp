@@ -1,8 +1,11 @@
 /* test_viewer.cpp - the viewer program run as a user runs it: bad files and arguments,
 ** rendering screens to PNGs, and hundreds of hostile files that must never crash it. */
+#include <chrono>
 #include <cstring>
 #include <deque>
 #include <regex>
+#include <set>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -176,6 +179,87 @@ TEST(ViewerProgram, BadAndHostileFilesEndWithADocumentedStatusAndNeverAnXError) 
             EXPECT_TRUE(status != 2 || std::regex_match(err, kRefusal)) << "no place named";
         }
     }
+}
+
+TEST(ViewerProgram, CheckPrintsEveryProblemWithItsPlaceWithoutADisplay) {
+    Scratch scratch;
+    const std::string refs = scratch.file("refs.json", R"({"items": [{"type": "ComboItem", "id": 1},
+  {"type": "Label", "id": 2, "actions": [{"kind": "HIDE", "target": 9}]}]})");
+    const std::string broken = scratch.file("broken.json", R"({"items": [{"type": "Label"}]})");
+    const std::string problems = refs + ":1:12: a ComboItem outside a ComboBox is never shown\n" +
+                                 refs + ":2:59: the HIDE action aims at id 9, which no item has\n";
+    Viewer check({"--check", refs, broken}, "env -u DISPLAY");
+    EXPECT_EQ(check.finish(), 2);
+    EXPECT_EQ(check.out, problems + broken + ":1:12: items[0]: missing field \"id\"\n");
+    // The viewer warns of the same problems and shows the screen.
+    Viewer shown({"--png", scratch.path("refs.png"), refs});
+    EXPECT_EQ(shown.finish(), 0);
+    EXPECT_EQ(shown.err, std::regex_replace(problems, std::regex("(.+\n)"), "xcontrols-view: warning: $1"));
+    // The samples are clean, and so is a screen of 4000 items that refer to each other.
+    std::string many = R"({"items": [)";
+    for (int id = 1; id <= 4000; ++id) {
+        const std::string next = std::to_string(id % 4000 + 1);
+        many += R"({"type": "Label", "id": )" + std::to_string(id) + R"(, "attach": {"top": {"kind":
+            "item", "item": )" + next + R"(}}, "actions": [{"kind": "HIDE", "target": )" + next + "}]},";
+    }
+    many.back() = ']';
+    std::vector<std::string> clean = {"--check", scratch.file("many.json", many + "}")};
+    for (const auto &entry : std::filesystem::directory_iterator(XCV_SOURCE_DIR "/examples/screens"))
+        clean.push_back(entry.path().string());
+    const auto start = std::chrono::steady_clock::now();
+    Viewer all(clean, "env -u DISPLAY");
+    EXPECT_EQ(all.finish(), 0);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    std::printf("checked 4000 items and the samples in %.3f s\n", took.count());
+    EXPECT_LT(took.count(), 1.0);
+    EXPECT_EQ(all.out + all.err, "");
+}
+
+/* The schema (docs/screen.schema.json) refuses what the loader refuses and takes what it
+** takes: the samples, the hostile files and a row for each kind of mistake. */
+TEST(ViewerProgram, TheSchemaAndTheLoaderAgreeOnEveryFile) {
+    std::vector<Hostile> files = hostileFiles();
+    const auto item = [](const std::string &fields) { return R"({"items": [{)" + fields + "}]}"; };
+    const std::string label = R"("type": "Label", "id": 1, )", date = R"("type": "DateInput", "id": 1, )";
+    files.insert(files.end(), {
+        {"unknown field", R"({"items": [], "colour": "red"})", 2}, {"no items", "{}", 2},
+        {"wrong type", item(R"("type": "Label", "id": "1")"), 2},
+        {"schema named", R"({"$schema": "../docs/screen.schema.json", "items": []})", 0},
+        {"raw type with data", item(R"("type": 15, "id": 1, "data": {})"), 2},
+        {"clear text on a Label", item(label + R"("answerClearText": true)"), 2},
+        {"item with a position", item(label + R"("attach": {"left": {"kind": "position",
+            "position": 5, "item": 1}})"), 2},
+        {"date with a sign", item(date + R"("data": {"date": "+026-01-01"})"), 2},
+        {"time past midnight", item(R"("type": "TimeInput", "id": 1, "data": {"time": "24:00"})"), 2},
+        // The loader alone knows these limits and the days of a month.
+        {"items too deep", groupChain(screenfile::kMaxItemDepth + 1), 2},
+        {"a day that does not exist", item(date + R"("data": {"date": "2026-02-30"})"), 2},
+        {"update of items", R"({"update": "items", "items": [{"type": "Label", "id": 2}]})", 0},
+        {"update without a mode", R"({"items": []})", 2}});
+    const std::set<std::string> loaderOnly = {"items too deep", "a day that does not exist"};
+    for (const auto &entry : std::filesystem::directory_iterator(XCV_SOURCE_DIR "/examples/screens"))
+        files.push_back({entry.path(), std::string(std::istreambuf_iterator<char>(
+                                           std::ifstream(entry.path()).rdbuf()), {}), 0});
+    Scratch scratch;
+    std::string command = "/usr/bin/python3 " XCV_SOURCE_DIR "/tests/viewer/schemacheck.py "
+                          XCV_SOURCE_DIR "/docs/screen.schema.json";
+    for (size_t i = 0; i < files.size(); ++i) // the judge takes files named update* as updates
+        command += " " + scratch.file((files[i].name.rfind("update", 0) ? "f" : "update") +
+                                          std::to_string(i) + ".json", files[i].content);
+    ASSERT_EQ(std::system((command + " >" + scratch.path("verdicts")).c_str()), 0)
+        << "the schema's judge failed: is python3-jsonschema installed (tools/install-deps.sh)?";
+    std::istringstream verdicts(scratch.read("verdicts"));
+    const int64_t live = MemLiveCountAllPools();
+    for (const Hostile &file : files) {
+        std::string verdict, error;
+        std::getline(verdicts, verdict);
+        screenfile::Loaded screen;
+        const bool loads = file.name.rfind("update", 0) ? screenfile::parse(file.content, screen, error)
+                                                        : file.status == 0;
+        EXPECT_EQ(verdict.find("\tok") != std::string::npos, loads || loaderOnly.count(file.name))
+            << file.name << ": " << verdict << "; the loader: " << error;
+    }
+    EXPECT_EQ(MemLiveCountAllPools(), live);
 }
 
 } // namespace
