@@ -234,6 +234,8 @@ typedef struct GetPasswordBoxData {
 } GetPasswordBoxData;
 #define GUI_GETPASSWORD_SIGNATURE "i;p;s;"
 
+/* A TabPage is one tab of its tab manager, in tree order; a page without item data (or
+** with a null title) shows an empty title. */
 typedef struct TabPageData { char *title; } TabPageData;
 #define GUI_TABPAGE_SIGNATURE "s;"
 

@@ -25,7 +25,7 @@ struct ItemKind {
 
 constexpr ItemKind kItemKinds[] = {
     {GroupBox, "Create a GroupBox", buildGroupBox},
-    {TabManager, "Create a TabManager", nullptr},
+    {TabManager, "Create a TabManager", buildPlainTabManager},
     {TabPage, "Create a TabPage", nullptr},
     {ComboBox, "Create a ComboBox", buildComboBox},
     {ComboItem, "Create a ComboItem", nullptr},
@@ -43,7 +43,7 @@ constexpr ItemKind kItemKinds[] = {
     {TimeInput, "Create a Time Input", buildTimeInput},
     {ChangePassword, "Create a Change password control", buildChangePassword},
     {GetPasswordBox, "Create a GetPasswordBox", buildGetPasswordBox},
-    {StackedTabManager, "Create a Stacked TabManager", nullptr},
+    {StackedTabManager, "Create a Stacked TabManager", buildStackedTabManager},
     {ExtendedListBox, "Create an extended ListBox", buildListBox},
 };
 

@@ -230,6 +230,10 @@ void buildTimeInput(Widget parent, void *node);
 void buildNumInput(Widget parent, void *node);
 void buildChangePassword(Widget parent, void *node);
 void buildGetPasswordBox(Widget parent, void *node);
+/* Tab managers: the items under each TabPage child are built in that page's form, its
+** childParent. */
+void buildPlainTabManager(Widget parent, void *node);
+void buildStackedTabManager(Widget parent, void *node);
 
 /* The form that holds the widgets of the control of a number, date or time input
 ** record; null for other records and for a record without a control. */
@@ -241,9 +245,9 @@ Widget controlHolder(const GuiWidgetRecord *rec);
 ** then finds no handle. */
 void appendControl(oGuiData *gui, GuiWidgetRecord **rec);
 
-/* Destroys the control of a control record (combo, number, date or time input) and
-** clears its handle, so that the control goes once, whether teardown or the end of its
-** widgets reaches it first. Plain records are left alone. */
+/* Destroys the control of a control record (combo, number, date or time input, tab
+** holder) and clears its handle, so that the control goes once, whether teardown or the
+** end of its widgets reaches it first. Plain records are left alone. */
 void destroyControlOf(GuiWidgetRecord *rec);
 
 } // namespace xc::screen

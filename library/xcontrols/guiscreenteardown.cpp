@@ -9,6 +9,7 @@
 #include "guicombo.h"
 #include "guidateinput.h"
 #include "guinuminput.h"
+#include "guitabs.h"
 #include "guitimeinput.h"
 #include "guiscreenitem.h"
 
@@ -186,6 +187,7 @@ void destroyControlOf(GuiWidgetRecord *rec) {
     case WIDGET_NUMINPUT: destroyOnce(rec->numInput, GuiNumInputDestroy); break;
     case WIDGET_DATEINPUT: destroyOnce(rec->dateInput, GuiDateInputDestroy); break;
     case WIDGET_TIMEINPUT: destroyOnce(rec->timeInput, GuiTimeInputDestroy); break;
+    case WIDGET_TABS: destroyOnce(rec->tabs, GuiDestroyTabs); break;
     default: break;
     }
 }
