@@ -19,12 +19,14 @@ struct Section {
 void buildComboSection(Widget area);
 void buildInputsSection(Widget area);
 void buildPasswordSection(Widget area);
+void buildTabsSection(Widget area);
 
 /* The sections from top to bottom. A new control adds its builder here. */
 inline constexpr Section kSections[] = {
     {"Combo boxes", buildComboSection},
     {"Number, date and time inputs", buildInputsSection},
     {"Password entries", buildPasswordSection},
+    {"Tab holders", buildTabsSection},
 };
 
 } // namespace gallery
