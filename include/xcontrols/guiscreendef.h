@@ -333,7 +333,17 @@ XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId);
 ** the shown one (old widgets destroyed; pScreen takes a reference on the new tree and
 ** drops its old one); otherwise each top-level item of the update tree patches the
 ** shown item with the same id. Returns 1, or 0 in per-item mode when nothing was
-** updated or the last item's type has no updater. */
+** updated or the last item's type has no updater.
+** Per-item mode finds each shown item (the first with the id in tree order) through an
+** index of the shown tree that the library builds on the first update and keeps while the
+** tree keeps its shape; it goes with the screen's teardown or GuiFreeScreenDef.
+** An update item whose data is missing, or is not a record of the shown item's type
+** (a LabelData sent to an EditBox), is never read: the shown item keeps its widgets and
+** its item data, yet takes the update item's hidden and disabled flags and its actions,
+** as an item of a type that the update does not know does. That item's result is 0
+** (traced "Update data of item %ld does not fit its type" at level 1). Types that take
+** nothing but the flags (dates, times, passwords, tabs, pages, entries) never read the
+** data and report 1. */
 XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32_t perItem);
 
 /* Destroys the widgets of every item (children before parents, each item's widgets last

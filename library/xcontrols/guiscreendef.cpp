@@ -206,7 +206,9 @@ XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32
 }
 
 XC_API void GuiFreeScreenDef(void *phScreenDef) {
-    if (phScreenDef != nullptr) ObjReleaseInternal(phScreenDef);
+    if (phScreenDef == nullptr) return;
+    forgetShownIndex(*static_cast<void **>(phScreenDef));
+    ObjReleaseInternal(phScreenDef);
 }
 
 XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef) {

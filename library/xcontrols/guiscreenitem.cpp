@@ -60,23 +60,76 @@ ScreenItem *findItem(void *tree, int32_t itemId) { return itemOf(findItemNode(tr
 
 namespace {
 int indexItem(void *ctx, void *node) {
-    if (ScreenItem *item = itemOf(node)) static_cast<ItemIndex *>(ctx)->add(item);
+    if (ScreenItem *item = itemOf(node)) static_cast<ItemIndex *>(ctx)->add(node, item);
     return 1;
 }
+
+int collectNode(void *nodes, void *node) {
+    static_cast<PoolVector<void *> *>(nodes)->push_back(node);
+    return 1;
+}
+
+constexpr uint64_t kRankStep = uint64_t{1} << 32;
 } // namespace
 
 ItemIndex::ItemIndex(void *tree) : tree_(tree) {
     TreeWalk(tree, indexItem, this, 0);
     std::stable_sort(items_.begin(), items_.end(),
-                     [](const Entry &a, const Entry &b) { return a.first < b.first; });
+                     [](const Entry &a, const Entry &b) { return a.id < b.id; });
 }
 
-void ItemIndex::add(ScreenItem *item) { items_.emplace_back(item->itemId, item); }
+void ItemIndex::add(void *node, ScreenItem *item) {
+    items_.push_back({item->itemId, items_.size() * kRankStep, node, item});
+}
+
+const ItemIndex::Entry *ItemIndex::first(int32_t itemId) const {
+    auto it = std::lower_bound(items_.begin(), items_.end(), itemId,
+                               [](const Entry &e, int32_t id) { return e.id < id; });
+    return it != items_.end() && it->id == itemId ? &*it : nullptr;
+}
 
 ScreenItem *ItemIndex::find(int32_t itemId) const {
-    auto it = std::lower_bound(items_.begin(), items_.end(), itemId,
-                               [](const Entry &e, int32_t id) { return e.first < id; });
-    return it != items_.end() && it->first == itemId ? it->second : nullptr;
+    const Entry *e = first(itemId);
+    return e ? e->item : nullptr;
+}
+
+void *ItemIndex::findNode(int32_t itemId) const {
+    const Entry *e = first(itemId);
+    return e ? e->node : nullptr;
+}
+
+ItemIndex::Entry *ItemIndex::entryOf(void *node) {
+    const ScreenItem *item = itemOf(node);
+    const Entry *e = item ? first(item->itemId) : nullptr;
+    for (; e != nullptr && e != items_.data() + items_.size() && e->id == item->itemId; ++e)
+        if (e->node == node) return const_cast<Entry *>(e);
+    return nullptr;
+}
+
+void ItemIndex::forgetChildren(void *node) {
+    PoolVector<void *> gone;
+    for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child))
+        TreeWalkFromNode(child, collectNode, &gone, 0);
+    for (void *n : gone)
+        if (Entry *e = entryOf(n)) e->node = nullptr;
+    items_.erase(std::remove_if(items_.begin(), items_.end(), [](const Entry &e) { return !e.node; }),
+                 items_.end());
+}
+
+void ItemIndex::addChildren(void *node) {
+    const Entry *parent = entryOf(node);
+    if (parent == nullptr) return;
+    uint64_t rank = parent->rank;
+    for (void *child = TreeNodeFirstChild(node); child != nullptr; TreeNextSibling(&child, child)) {
+        ScreenItem *item = itemOf(child);
+        if (item == nullptr) continue;
+        const Entry entry{item->itemId, ++rank, child, item};
+        items_.insert(std::upper_bound(items_.begin(), items_.end(), entry,
+                                       [](const Entry &x, const Entry &y) {
+                                           return x.id != y.id ? x.id < y.id : x.rank < y.rank;
+                                       }),
+                      entry);
+    }
 }
 
 oGuiData *createGuiData(void *node) {

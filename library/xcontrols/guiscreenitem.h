@@ -43,18 +43,28 @@ void *findItemNode(void *tree, int32_t itemId);
 ScreenItem *findItem(void *tree, int32_t itemId);
 
 /* The same search answered from a table made in one walk, for passes that search once
-** per item (the layout pass), where a walk per search would cost quadratic time. */
+** per item (the layout pass, per-item updates), where a walk per search would cost
+** quadratic time. */
 class ItemIndex {
 public:
     explicit ItemIndex(void *tree);
     void *tree() const { return tree_; }
     ScreenItem *find(int32_t itemId) const;
-    void add(ScreenItem *item);
+    void *findNode(int32_t itemId) const;
+    void add(void *node, ScreenItem *item);
+    /* Keeps the index true while the children of `node` are replaced: forgetChildren
+    ** before they are pruned (their subtrees go from the index), addChildren once the new
+    ** ones (leaves) are appended. */
+    void forgetChildren(void *node);
+    void addChildren(void *node);
 private:
-    using Entry = std::pair<int32_t, ScreenItem *>;
-    void *tree_;
-    PoolVector<Entry> items_; /* by id; of equal ids the first in pre-order comes first */
-};
+    struct Entry {
+        int32_t id;
+        uint64_t rank; /* pre-order position: a walked node's is a multiple of 2^32, a
+                          child appended later sits between its parent and the next */
+        void *node;
+        ScreenItem *item;
+    };
 
 /* ---- The builders' common steps ----------------------------------------------------- */
 
@@ -186,6 +196,9 @@ int layoutNode(void *index, void *node);
 
 /* Applies `hidden` and `disabled` of an item to its outer widget. */
 void applyVisibility(ScreenItem *item);
+
+/* Drops the index of `tree` that per-item updates keep (the tree is torn down or freed). */
+void forgetShownIndex(const void *tree);
 
 /* The per-item update of a shown node from an update node: 1, or 0 for a type that the
 ** update does not know. */

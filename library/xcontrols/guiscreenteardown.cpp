@@ -222,6 +222,7 @@ void appendControl(oGuiData *gui, GuiWidgetRecord **rec) {
 ** that could follow an attachment into a destroyed field), then the outermost widgets
 ** go, each with everything it holds. */
 void destroyScreenWidgets(void *tree) {
+    forgetShownIndex(tree);
     Teardown teardown;
     TreeWalkPostOrder(tree, takeNodeWidgets, &teardown);
     DropSiteBatch dropSites(teardown.alone.empty() ? nullptr : XtParent(teardown.alone.front()));

@@ -1,13 +1,43 @@
 /* guiscreenupdate.cpp - updates of a shown plugin screen: the whole screen replaced, or
-** single items patched through the dispatch by item type, with the visibility and
-** sensitivity that every per-item update applies. */
+** single items found by id and patched through the dispatch by item type, with the
+** visibility and sensitivity that every per-item update applies. */
 #include "guiscreenitem.h"
+#include "guiscreenupdaters.h"
 
 namespace xc::screen {
 namespace {
 
-/* An updater patches the shown item from the update item; null: nothing to patch. */
-using Updater = void (*)(void *shownNode, void *updateNode);
+/* The index of the tree that per-item updates search, built on the first search and kept
+** while the tree keeps its shape, so that an update of k items on a screen of n costs
+** k log n rather than k walks of n. It drops when the tree is torn down or freed; should
+** the client change the tree itself, its node count (or a stale hit) tells. */
+struct ShownIndex {
+    ItemIndex index{nullptr}; /* of no tree: holds nothing */
+    int32_t nodes = 0;
+};
+ShownIndex gShown;
+
+bool indexFits(void *tree) {
+    return tree != nullptr && gShown.index.tree() == tree && TreeNodeCount(tree) == gShown.nodes;
+}
+
+ItemIndex &indexOf(void *tree) {
+    if (!indexFits(tree)) {
+        gShown.index = ItemIndex(tree);
+        gShown.nodes = TreeNodeCount(tree);
+    }
+    return gShown.index;
+}
+
+/* The first node of the tree in pre-order whose item has the id, or null. */
+void *findShown(void *tree, int32_t itemId) {
+    void *node = indexOf(tree).findNode(itemId);
+    ScreenItem *item = itemOf(node);
+    if (node == nullptr || (item != nullptr && item->itemId == itemId && TreeFromNode(node) == tree))
+        return node;
+    forgetShownIndex(tree); /* the tree changed behind the index: one new walk */
+    return indexOf(tree).findNode(itemId);
+}
 
 struct UpdateKind {
     uint32_t type;
@@ -15,15 +45,16 @@ struct UpdateKind {
 };
 
 /* Item types that the per-item update knows. Types without an entry (RowColManager,
-** ExtendedListBox, unassigned codes) are unknown to it. */
+** ExtendedListBox, unassigned codes) are unknown to it; a null updater leaves the item
+** as it is (its item data is not replaced). */
 constexpr UpdateKind kUpdateKinds[] = {
-    {GroupBox, nullptr},      {TabManager, nullptr},    {StackedTabManager, nullptr},
-    {TabPage, nullptr},       {ComboItem, nullptr},     {ListItem, nullptr},
-    {RadioButton, nullptr},   {8, nullptr},             {DateInput, nullptr},
-    {TimeInput, nullptr},     {ChangePassword, nullptr}, {GetPasswordBox, nullptr},
-    {ComboBox, nullptr},      {ListBox, nullptr},       {selectionItem, nullptr},
-    {RadioManager, nullptr},  {PushButton, nullptr},    {EditBox, nullptr},
-    {NumInput, nullptr},      {Label, nullptr},
+    {GroupBox, updateTitle},    {TabManager, nullptr},     {StackedTabManager, nullptr},
+    {TabPage, nullptr},         {ComboItem, nullptr},      {ListItem, nullptr},
+    {RadioButton, nullptr},     {8, nullptr},              {DateInput, nullptr},
+    {TimeInput, nullptr},       {ChangePassword, nullptr}, {GetPasswordBox, nullptr},
+    {ComboBox, updateCombo},    {ListBox, updateList},     {selectionItem, updateToggle},
+    {RadioManager, updateRadios}, {PushButton, updateButton}, {EditBox, updateEditText},
+    {NumInput, updateNumber},   {Label, updateLabel},
 };
 
 const UpdateKind *updateKindOf(uint32_t type) {
@@ -42,15 +73,34 @@ void applyFlags(ScreenItem *shown, const ScreenItem *patch) {
 
 } // namespace
 
+void forgetShownIndex(const void *tree) {
+    if (gShown.index.tree() == tree) gShown.index = ItemIndex(nullptr);
+}
+
+void replaceEntries(void *shownNode, void *updateNode, EntryFilter isEntry) {
+    if (shownNode == updateNode) return; /* the shown tree handed as its own update */
+    void *tree = TreeFromNode(shownNode);
+    const bool indexed = indexFits(tree);
+    if (indexed) gShown.index.forgetChildren(shownNode);
+    while (void *child = TreeNodeFirstChild(shownNode)) TreePruneBranch(child);
+    for (void *entry = TreeNodeFirstChild(updateNode); entry != nullptr; TreeNextSibling(&entry, entry))
+        if (isEntry(itemOf(entry))) TreeAddItem(shownNode, TreeNodeCookie(entry), KX_TREE_COOKIE_OBJECT);
+    if (!indexed) return;
+    gShown.index.addChildren(shownNode);
+    gShown.nodes = TreeNodeCount(tree);
+}
+
 int updateItem(void *shownNode, void *updateNode) {
     ScreenItem *shown = itemOf(shownNode);
     ScreenItem *patch = itemOf(updateNode);
     if (shown == nullptr || patch == nullptr) return 0;
     const UpdateKind *kind = updateKindOf(shown->itemType);
+    bool fits = true;
     if (kind == nullptr) trace(401, 1, "unknown screen item");
-    else if (kind->update) kind->update(shownNode, updateNode);
+    else if (kind->update && !(fits = kind->update(shownNode, updateNode)))
+        trace(402, 1, "Update data of item %ld does not fit its type", static_cast<long>(shown->itemId));
     applyFlags(shown, patch);
-    return kind != nullptr;
+    return kind != nullptr && fits;
 }
 
 int updateWholeScreen(oScreenDef *screen, oUpdateScreen *update) {
@@ -81,7 +131,7 @@ int updateItems(oScreenDef *screen, oUpdateScreen *update) {
         ScreenItem *patch = itemOf(node);
         if (patch == nullptr) continue;
         trace(107, 0, "Replace screen item %ld", static_cast<long>(patch->itemId));
-        void *shownNode = findItemNode(screen->oPluginScreenDef, patch->itemId);
+        void *shownNode = findShown(screen->oPluginScreenDef, patch->itemId);
         ScreenItem *shown = itemOf(shownNode);
         if (shown == nullptr) {
             trace(108, 0, "No such item to update");

@@ -451,6 +451,25 @@ bool parse(const std::string &text, Loaded &out, std::string &error, Place *erro
     }
 }
 
+bool parseUpdate(const std::string &text, Loaded &out, bool &wholeScreen, std::string &error) {
+    out.reset();
+    json doc;
+    if (!parseStrictJson(text, doc, error)) return false;
+    try {
+        expectObject(doc, "");
+        onlyFields(doc, "", {"update", "items", "title", "comment"}, "an update");
+        const json &mode = required(doc, "", "update");
+        if (mode != "items" && mode != "screen") fail("update", "expected \"items\" or \"screen\"");
+        wholeScreen = mode == "screen";
+    } catch (const Failure &failure) {
+        error = (failure.where.empty() ? "top level" : failure.where) + ": " + failure.why;
+        return false;
+    }
+    // The rest is a screen file's top level: its items, title and comment.
+    doc.erase("update");
+    return parse(doc.dump(), out, error);
+}
+
 const char *typeName(uint32_t code) {
     const TypeDef *type = typeByCode(code);
     return type ? type->name : nullptr;

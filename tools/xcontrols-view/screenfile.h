@@ -71,6 +71,12 @@ constexpr int32_t kMaxWindowSide = 32767;  /* width and height: X positions are 
 ** given, is set to the line and column of the error (of the value that a path names). */
 bool parse(const std::string &text, Loaded &out, std::string &error, Place *errorPlace = nullptr);
 
+/* Parses one update document (docs/screen-format.md, "Live updates"): {"update":
+** "items" or "screen", "items": [...], "title"?, "comment"?}. Its items load into `out`
+** as a screen file's would (`out.title` holds the title, empty when none is given);
+** `wholeScreen` tells "screen" from "items". Errors as parse reports them. */
+bool parseUpdate(const std::string &text, Loaded &out, bool &wholeScreen, std::string &error);
+
 /* The answer document for a screen: {"jobId": N, "closedBy": ID or null, "values":
 ** {"<id>": {...}, ...}} with one entry per item that holds a value (texts, selected
 ** entries, set flags, numbers, dates and times, password fields), keyed by item id in
