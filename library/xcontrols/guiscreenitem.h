@@ -65,6 +65,11 @@ private:
         void *node;
         ScreenItem *item;
     };
+    const Entry *first(int32_t itemId) const;
+    Entry *entryOf(void *node); /* the entry of exactly this node, or null */
+    void *tree_;
+    PoolVector<Entry> items_; /* by id, then by rank */
+};
 
 /* ---- The builders' common steps ----------------------------------------------------- */
 
