@@ -17,7 +17,7 @@
 namespace {
 
 const char *kUsage =
-    "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] SCREEN.json\n"
+    "usage: xcontrols-view [--png PATH] [--trace] [--size WxH] [--updates PATH] SCREEN.json\n"
     "       xcontrols-view --check SCREEN.json...\n"
     "\n"
     "Shows the plugin screen described in SCREEN.json (see docs/screen-format.md);\n"
@@ -30,6 +30,8 @@ const char *kUsage =
     "               to PATH as {\"<id>\": [x, y, width, height], ...} (root pixels)\n"
     "  --trace      write the library's trace lines to standard error\n"
     "  --size WxH   window size in pixels (default: the file's, else the screen's own)\n"
+    "  --updates PATH  apply the update documents of PATH, one per line, to the shown\n"
+    "               screen as they arrive (\"-\": standard input; a named pipe works)\n"
     "  --check      check the files without showing them: every problem as\n"
     "               FILE:LINE:COLUMN: message; exit 0 when all are clean, else 2\n"
     "  --help       show this text\n"
@@ -75,6 +77,8 @@ bool parseArguments(int argc, char **argv, Arguments &args, std::string &error) 
             args.check = true;
         } else if (arg == "--png") {
             if (!value(args.options.pngPath)) return false;
+        } else if (arg == "--updates") {
+            if (!value(args.options.updatesPath)) return false;
         } else if (arg == "--layout") {
             if (!value(args.options.layoutPath)) return false;
         } else if (arg == "--size") {

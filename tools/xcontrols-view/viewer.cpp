@@ -10,11 +10,13 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <thread>
 
 #include "guiscreendef.h"
 #include "kx.h"
+#include "liveupdates.h"
 #include "screentypes.h"
 #include "xsnapshot.h"
 
@@ -208,10 +210,26 @@ bool writeLayout(XtAppContext app, Widget shell, void *tree, const std::string &
     return std::fclose(file) == 0 && written && std::rename(aside.c_str(), path.c_str()) == 0;
 }
 
-ExitCode runUntilClosed(XtAppContext app, void *tree) {
+/* The push buttons of a screen built anew report the one that closes it. */
+void watchButtons(void *tree) { TreeWalk(tree, watchButton, nullptr, 0); }
+
+/* Runs until the screen is answered or dismissed; update documents of `updatesPath`
+** change the screen meanwhile. */
+ExitCode runUntilClosed(XtAppContext app, Widget shell, oScreenDef &screen,
+                        const std::string &updatesPath) {
+    std::unique_ptr<liveupdates::Feed> feed;
+    if (!updatesPath.empty()) {
+        std::string error;
+        const int fd = liveupdates::openSource(updatesPath, error);
+        if (fd < 0) {
+            std::fprintf(stderr, "xcontrols-view: cannot read %s: %s\n", updatesPath.c_str(), error.c_str());
+            return kBadInput;
+        }
+        feed = std::make_unique<liveupdates::Feed>(app, fd, updatesPath, shell, screen, watchButtons);
+    }
     while (!gOutcome.ended) XtAppProcessEvent(app, XtIMAll);
     if (!gOutcome.answered) return kDismissed;
-    std::printf("%s\n", screenfile::answers(tree, gOutcome.jobId, gOutcome.closedBy).c_str());
+    std::printf("%s\n", screenfile::answers(screen.oPluginScreenDef, gOutcome.jobId, gOutcome.closedBy).c_str());
     return kAnswered;
 }
 
@@ -242,14 +260,16 @@ ExitCode show(screenfile::Loaded &screen, const Options &options, int argc, char
     // before the items have windows of their own.
     XtVaSetValues(shell, XtNmappedWhenManaged, False, nullptr);
     XtRealizeWidget(shell);
-    void *tree = screen.take();
+    // The screen record holds the tree's reference, as a client's does for updates.
+    oScreenDef record{screen.jobId, 0, 0, 0, form, screen.take()};
+    void *&tree = record.oPluginScreenDef;
     ExitCode status = kFailed;
     if (GuiCreatePlgScreen(form, tree, screen.jobId)) {
-        TreeWalk(tree, watchButton, nullptr, 0);
+        watchButtons(tree);
         XtMapWidget(shell);
         if (!options.layoutPath.empty() && !writeLayout(app, shell, tree, options.layoutPath))
             std::fprintf(stderr, "xcontrols-view: cannot write %s\n", options.layoutPath.c_str());
-        status = options.pngPath.empty() ? runUntilClosed(app, tree)
+        status = options.pngPath.empty() ? runUntilClosed(app, shell, record, options.updatesPath)
                                          : renderToPng(app, shell, options.pngPath);
     } else {
         std::fprintf(stderr, "xcontrols-view: the library could not build the screen\n");

@@ -24,6 +24,9 @@ struct Options {
     ** to this file: {"<id>": [x, y, width, height], ...} in root window pixels, for
     ** programs that drive the window (tests) */
     std::string layoutPath;
+    /* read update documents from this file ("-": standard input) while the screen is
+    ** shown, and apply them (docs/screen-format.md, "Live updates") */
+    std::string updatesPath;
     int width = 0;       /* window size; 0: the file's, else the screen's natural size */
     int height = 0;
 };
