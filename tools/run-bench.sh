@@ -26,11 +26,15 @@ dumps="$(mktemp -d)"
 trap 'rm -rf "$dumps"' EXIT
 "${display[@]}" valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$dumps/cg" \
   "$build/bin/bench_screen" --instructions > "$dumps/log" 2>&1 || { cat "$dumps/log"; exit 1; }
+# Prints each callgrind dump's phase name and its count of instructions.
+dumpTotals() {
+  for f in "$@"; do
+    awk '/^desc: Trigger: Client Request: /{sub(/^desc: Trigger: Client Request: /, ""); name=$0}
+         /^totals: /{print name, $2}' "$f"
+  done
+}
 # Each dump is one phase: "<screen> <library|motif> <build|teardown>", and its count.
-for f in "$dumps"/cg.*; do
-  awk '/^desc: Trigger: Client Request: /{sub(/^desc: Trigger: Client Request: /, ""); name=$0}
-       /^totals: /{print name, $2}' "$f"
-done | awk '
+dumpTotals "$dumps"/cg.* | awk '
   { count[$1 " " $2 " " $3] = $4 }
   END {
     ok = 1
@@ -43,4 +47,16 @@ done | awk '
       if (b > 1.15 || t > 1.15) ok = 0
     }
     printf "goal (instruction ratios <= 1.15): %s\n", ok ? "met" : "NOT met"
+  }'
+
+echo "== bench_update --instructions (callgrind)"
+"${display[@]}" valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$dumps/update" \
+  "$build/bin/bench_update" --instructions > "$dumps/log" 2>&1 || { cat "$dumps/log"; exit 1; }
+# Two dumps: "update library" and "update motif", the same changes made by hand.
+dumpTotals "$dumps"/update.* | awk '
+  { count[$2] = $3 }
+  END {
+    r = count["library"] / count["motif"]
+    printf "instructions of one update at 4000 items, library / motif: %.2f\n", r
+    printf "goal (instruction ratio <= 1.50): %s\n", r <= 1.5 ? "met" : "NOT met"
   }'
