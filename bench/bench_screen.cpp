@@ -24,9 +24,13 @@
 #include <cstring>
 #include <string>
 
+#include "benchkit.h"
 #include "screenparts.h"
 
 namespace {
+
+using bench::seconds;
+using bench::settle;
 
 using bench::Kind;
 using bench::Part;
@@ -60,11 +64,6 @@ Part gridChain(int depth) {
 /* ---- Measuring ------------------------------------------------------------------------ */
 
 bool gCounting = false; /* --instructions: count instructions under callgrind */
-
-double seconds() {
-    using namespace std::chrono;
-    return duration<double>(steady_clock::now().time_since_epoch()).count();
-}
 
 /* One timed phase, ended once the X server has done what it was asked; when counting,
 ** also the phase's instructions, dumped under its name. */
@@ -127,12 +126,6 @@ struct Times {
     double build = 0, teardown = 0;
     Layout layout;
 };
-
-void settle(Widget w) {
-    XSync(XtDisplay(w), False);
-    XtAppContext app = XtWidgetToApplicationContext(w);
-    while (XtAppPending(app)) XtAppProcessEvent(app, XtIMAll);
-}
 
 Times runLibrary(Widget form, const char *screenName, const Part &block, int count, double *bytesPerItem = nullptr) {
     xt::Screen screen;
@@ -292,16 +285,9 @@ void countInstructions(Widget form) {
 } // namespace
 
 int main(int argc, char **argv) {
-    XtAppContext app;
-    Widget shell = XtVaOpenApplication(&app, "BenchScreen", nullptr, 0, &argc, argv, nullptr,
-                                       topLevelShellWidgetClass, XtNwidth, 1200, XtNheight, 900, nullptr);
-    if (shell == nullptr) return 2;
-    Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
-    XtManageChild(form);
-    XtRealizeWidget(shell);
-    settle(form);
-
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    Widget form = bench::openForm("BenchScreen", argc, argv);
+    if (form == nullptr) return 2;
+    Widget shell = XtParent(form);
     if (argc > 1 && std::strcmp(argv[1], "--instructions") == 0) {
         countInstructions(form);
         XtDestroyWidget(shell);

@@ -10,22 +10,23 @@
 // Run with --instructions under `valgrind --tool=callgrind --instr-atstart=no`, it counts
 // the client's instructions of one update at 4000 items by the library ("update library")
 // and by hand ("update motif"), one dump each (tools/run-bench.sh reads them).
-#include <X11/Shell.h>
-#include <Xm/Form.h>
 #include <Xm/Text.h>
 #include <Xm/ToggleB.h>
 #include <valgrind/callgrind.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "benchkit.h"
 #include "screens.h"
 
 namespace {
+
+using bench::seconds;
+using bench::settle;
 
 constexpr int kBlockItems = 10;
 constexpr int kBlocksUpdated = 10;
@@ -71,17 +72,6 @@ void updateByHand(const xt::Screen &s, const std::vector<int> &blocks, int round
         XmStringFree(label);
         XmTextSetString(xt::valueWidget(s.item(blockId(b, 8))), const_cast<char *>(text.c_str()));
     }
-}
-
-double seconds() {
-    using namespace std::chrono;
-    return duration<double>(steady_clock::now().time_since_epoch()).count();
-}
-
-void settle(Widget w) {
-    XSync(XtDisplay(w), False);
-    XtAppContext app = XtWidgetToApplicationContext(w);
-    while (XtAppPending(app)) XtAppProcessEvent(app, XtIMAll);
 }
 
 struct Shown {
@@ -159,15 +149,9 @@ void countInstructions(Widget form) {
 } // namespace
 
 int main(int argc, char **argv) {
-    XtAppContext app;
-    Widget shell = XtVaOpenApplication(&app, "BenchUpdate", nullptr, 0, &argc, argv, nullptr,
-                                       topLevelShellWidgetClass, XtNwidth, 1200, XtNheight, 900, nullptr);
-    if (shell == nullptr) return 2;
-    Widget form = XmCreateForm(shell, const_cast<char *>("screen"), nullptr, 0);
-    XtManageChild(form);
-    XtRealizeWidget(shell);
-    settle(form);
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    Widget form = bench::openForm("BenchUpdate", argc, argv);
+    if (form == nullptr) return 2;
+    Widget shell = XtParent(form);
     if (argc > 1 && std::strcmp(argv[1], "--instructions") == 0) {
         countInstructions(form);
         XtDestroyWidget(shell);
