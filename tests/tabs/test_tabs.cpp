@@ -112,6 +112,11 @@ TEST_F(Tabs, RowsOfPlainAndStackingTabs) {
     XtVaGetValues(tabs_->wPageForm, XmNtopOffset, &offset, nullptr);
     EXPECT_EQ(offset, 23 * 2 + 30);
     EXPECT_TRUE(holds(pixels(tabs_->wTabDa, W - 10, 51, 1, 1), foreground(gcTop)));
+    GuiDestroyTabs(tabs_);
+    XtDestroyWidget(holder_);
+    make({titles[2]}, true, w2); /* one tab wider than its row: one row, spread */
+    XtVaGetValues(tabs_->wPageForm, XmNtopOffset, &offset, nullptr);
+    EXPECT_TRUE(tab(1).iRightX == w2 - 15 + 2 && offset == 23 + 30);
 }
 /* What the pointer selects: only a release on the tab pressed, only another tab, only an
 ** enabled one; GuiSelectTab selects any without a call. */
@@ -155,22 +160,21 @@ TEST_F(Tabs, AddingDeletingAndSizing) {
     EXPECT_EQ(GuiAddTabsToExistingTabHolder(tabs_, more, 2), 3);
     EXPECT_TRUE(tabs_->iNumTabs == 5 && tabs_->iCapacity == 5 && tab(5).iNumber == 5 &&
                 !XtIsSensitive(tab(4).wPage) && !XtIsSensitive(tab(5).wPage));
-    int32_t last[] = {4, 3};
+    int32_t last[] = {4, 3}, first[] = {0};
     EXPECT_EQ(GuiDeleteTabsFromExistingTabHolder(tabs_, last, 2, 0), 3);
     EXPECT_EQ(std::string(tab(3).pszTitle), "Three");
-    EXPECT_EQ(GuiAddTabsToExistingTabHolder(tabs_, more, 1), 3);
-    EXPECT_TRUE(tabs_->iNumTabs == 4 && tabs_->iCapacity == 4 && std::string(tab(4).pszTitle) == "Four");
-    int32_t first[] = {0};
     GuiSelectTab(tabs_, 2);
-    EXPECT_EQ(GuiDeleteTabsFromExistingTabHolder(tabs_, first, 1, 1), 3);
+    EXPECT_EQ(GuiDeleteTabsFromExistingTabHolder(tabs_, first, 1, 1), 2);
     EXPECT_TRUE(tab(1).pszTitle == nullptr && GuiGetSelectedTab(tabs_) == 1);
+    EXPECT_EQ(GuiAddTabsToExistingTabHolder(tabs_, more, 1), 2) << "the array is used again";
+    EXPECT_TRUE(tabs_->iNumTabs == 3 && tabs_->iCapacity == 3 && std::string(tab(3).pszTitle) == "Four");
     EXPECT_EQ(GuiDeleteTabsFromExistingTabHolder(tabs_, nullptr, 1, 0), 3);
     XtVaSetValues(holder_, XmNresizePolicy, XmRESIZE_ANY, nullptr);
     GuiTabSizeToTitles(tabs_);
     pump();
     Dimension width = 0;
     XtVaGetValues(tabs_->wTabDa, XmNwidth, &width, nullptr);
-    EXPECT_EQ(width, widthOf("") + widthOf("Two") + widthOf("Three") + 3 * 25);
+    EXPECT_EQ(width, widthOf("") + widthOf("Two") + widthOf("Four") + 3 * 25);
 }
 /* Only the last expose event of a run (count 0) redraws. */
 TEST_F(Tabs, ExposeWithCountDoesNotRedraw) {
