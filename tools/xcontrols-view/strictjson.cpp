@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -64,14 +63,6 @@ const json *memberOf(const json &obj, const std::string &key) {
     return obj.is_object() && obj.contains(key) ? &obj.at(key) : nullptr;
 }
 
-/* "line L, column C: ..." at the start of a message: that place. */
-Place placeInMessage(const std::string &message) {
-    Place place;
-    if (std::sscanf(message.c_str(), "line %zu, column %zu:", &place.line, &place.column) != 2)
-        return {};
-    return place;
-}
-
 } // namespace
 
 LineIndex::LineIndex(const std::string &text) {
@@ -98,7 +89,7 @@ Place Places::of(const json &v) const {
 
 Place Places::ofPath(const json &doc, const std::string &path) const {
     const json *at = &doc;
-    Place best = of(doc);
+    Place best = of(doc).line ? of(doc) : Place{1, 1}; // a root that is no container
     for (size_t i = 0; at && i < path.size();) {
         if (path.compare(i, 2, "[\"") == 0) {
             // A quoted key: a JSON string up to the first quote that no backslash escapes.
@@ -128,7 +119,7 @@ public:
     StrictBuilder(json &root, const std::string &text, Places *places)
         : root_(root), text_(text), places_(places), cursor_(text.data()) {}
     std::string error;
-    size_t failure = 0; /* the offset where a path error was found */
+    size_t failure = 0; /* the offset of the error */
 
     TrackedChars begin() { return {text_.data(), &cursor_}; }
     TrackedChars end() { return {text_.data() + text_.size(), &cursor_}; }
@@ -164,16 +155,18 @@ public:
 
     bool parse_error(std::size_t position, const std::string &token,
                      const nlohmann::detail::exception &ex) override {
-        // "[json.exception.parse_error.101] parse error at line 3, column 5: syntax ..."
-        std::string what = ex.what();
-        const std::string marker = "parse error at ";
-        size_t at = what.find(marker);
+        // "[json.exception.parse_error.101] parse error at line 3, column 5: syntax ...": the
+        // place is that of the last byte read (the library's own says column 0 after a
+        // token that ends a line).
+        const std::string what = ex.what();
+        const size_t at = what.find("parse error at ");
         if (at != std::string::npos) {
-            error = what.substr(at + marker.size());
+            failure = position > 0 ? position - 1 : 0;
+            error = describe(LineIndex(text_).at(failure)) + what.substr(what.find(": ", at));
         } else {
             // A number beyond a double's range (the library's text has no place).
-            const size_t start = position >= token.size() ? position - token.size() : 0;
-            error = describe(LineIndex(text_).at(start)) + ": the number " +
+            failure = position >= token.size() ? position - token.size() : 0;
+            error = describe(LineIndex(text_).at(failure)) + ": the number " +
                     (token.size() > 24 ? token.substr(0, 24) + "..." : token) +
                     " is beyond the range of a double";
         }
@@ -278,8 +271,9 @@ bool parseStrictJson(const std::string &text, json &out, std::string &error, Pla
     if (places) *places = Places();
     // The parser would take a NUL byte for the end of the text and ignore what follows.
     if (size_t nul = text.find('\0'); nul != std::string::npos) {
-        error = describe(LineIndex(text).at(nul)) + ": a NUL byte; a screen file is text";
-        if (places) places->failure = placeInMessage(error);
+        const Place place = LineIndex(text).at(nul);
+        error = describe(place) + ": a NUL byte; a screen file is text";
+        if (places) places->failure = place;
         return false;
     }
     if (places) places->lines_ = LineIndex(text);
@@ -287,8 +281,7 @@ bool parseStrictJson(const std::string &text, json &out, std::string &error, Pla
     if (json::sax_parse(builder.begin(), builder.end(), &builder)) return true;
     error = builder.error;
     if (places) {
-        places->failure = placeInMessage(error);
-        if (!places->failure.line) places->failure = places->lines_.at(builder.failure);
+        places->failure = places->lines_.at(builder.failure);
         places->offsets_.clear();
     }
     out = json();

@@ -1,6 +1,7 @@
-/* screenfile_fuzz.cpp - libFuzzer target: any bytes through the screen file loader. A
-** refusal names a place and leaves nothing; a screen that loads gives an answer document
-** that is JSON; either way every pool block comes back. */
+/* screenfile_fuzz.cpp - libFuzzer target: any bytes through the screen file loader and its
+** checks. A refusal names a place and leaves nothing; a screen that loads gives an answer
+** document that is JSON and problems that have a line and column; either way every pool
+** block comes back. */
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -8,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kx.h"
+#include "screencheck.h"
 #include "screenfile.h"
 
 static void check(bool ok) {
@@ -19,12 +21,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     {
         screenfile::Loaded screen;
         std::string error;
+        screenfile::Place place;
         if (screenfile::parse(std::string(reinterpret_cast<const char *>(data), size), screen,
-                              error)) {
+                              error, &place)) {
             check(screen.tree() != nullptr);
             check(nlohmann::json::accept(screenfile::answers(screen.tree(), screen.jobId)));
+            for (const screenfile::Problem &problem : screenfile::check(screen))
+                check(problem.place.line > 0 && problem.place.column > 0);
         } else { // "<place>: <reason>"
             check(screen.tree() == nullptr && error.find(": ") != std::string::npos);
+            check(place.line > 0 && place.column > 0);
         }
     }
     check(MemLiveCountAllPools() == liveBefore);
