@@ -2,172 +2,146 @@
 #include "xharness.h"
 #include <Xm/DrawingA.h>
 #include <Xm/RowColumn.h>
+#include "../core/kxtest.h"
 #include "guipopup.h"
-#include "kx.h"
 namespace {
 using namespace xt;
-constexpr uint32_t kTagItem = 0x5e1ec7edu;
 constexpr const char *kDoubled = "Avoiding LessTif's double-popdown bug";
+constexpr const char *kLabels[3] = {"One", "Two", "Three"};
+void *gList = nullptr, *gItems[3];
+const char *gTitle = nullptr;
+XEvent gPress;
+std::string gChosen;
+int gPopDowns = 0;
+/* The client: its window's right button asks for a menu, and a choice is written down. */
+void onEntry(Widget, XtPointer, XtPointer data) {
+    XtPointer item = nullptr;
+    XtVaGetValues(static_cast<XmRowColumnCallbackStruct *>(data)->widget, XmNuserData, &item, nullptr);
+    gChosen += *static_cast<const char **>(item);
+}
+void onPress(Widget w, XtPointer, XEvent *event, Boolean *) {
+    gPress = *event;
+    if (event->xbutton.button == 3) GuiPopupCreateMenu(w, event, onEntry, gTitle, nullptr, gList);
+}
 class PopupTest : public XTest {
 protected:
     void SetUp() override {
         XTest::SetUp();
-        ListCreateFromPool(&list_, 0, MemGetDefaultPoolId());
-        for (void *&item : items_) {
-            ObjCreateInternal(&item, sizeof(char *), kTagItem, "p;", 0, MemGetDefaultPoolId());
-            *static_cast<const char **>(item) = kLabels[&item - items_];
-            ListAddLastItem(list_, item);
+        ListCreateFromPool(&gList, 0, MemGetDefaultPoolId());
+        for (int i = 0; i < 3; ++i) {
+            *static_cast<const char **>(gItems[i] = kxtest::make(0x5e1ec7ed, "p;", 8)) = kLabels[i];
+            ListAddLastItem(gList, gItems[i]);
         }
-        makeClient();
         realize();
     }
     void TearDown() override {
-        ObjReleaseInternal(&list_);
-        for (void *&item : items_) ObjReleaseInternal(&item);
+        ObjReleaseInternal(&gList);
+        for (void *&item : gItems) ObjReleaseInternal(&item);
         XTest::TearDown();
     }
-    /* The client's window, whose right button asks for the menu. */
-    void makeClient() {
-        client_ = XtVaCreateManagedWidget("client", xmDrawingAreaWidgetClass, form(), XtNwidth, 600,
-                                          XtNheight, 400, nullptr);
-        XtAddEventHandler(client_, ButtonPressMask, False, onPress, this);
+    static void countPopDowns() {
+        gPopDowns = 0;
+        GuiPopupAddPopDownCallback([](void *) { ++gPopDowns; }, nullptr);
     }
-    /* The client's right-button handler. */
-    static void onPress(Widget w, XtPointer self, XEvent *event, Boolean *) {
-        auto *test = static_cast<PopupTest *>(self);
-        if (event->xbutton.button != 3) return;
-        test->press_ = *event;
-        GuiPopupCreateMenu(w, event, onEntry, test->title_, self, test->list_);
+    void newClient() {
+        client_ = XtVaCreateManagedWidget("client", xmDrawingAreaWidgetClass, form(), XtNwidth,
+                                          600, XtNheight, 400, nullptr);
+        XtAddEventHandler(client_, ButtonPressMask, False, onPress, nullptr);
+        countPopDowns();
     }
-    static void onEntry(Widget, XtPointer self, XtPointer data) {
-        Widget button = static_cast<XmRowColumnCallbackStruct *>(data)->widget;
-        XtPointer item = nullptr;
-        XtVaGetValues(button, XmNuserData, &item, nullptr);
-        static_cast<PopupTest *>(self)->chosen_ += *static_cast<const char **>(item);
-    }
-    static void onPopDown(void *count) { ++*static_cast<int *>(count); }
-    /* The client's children: the menus' "dummy" widgets. */
-    Cardinal dummies(WidgetList *children = nullptr) const {
-        WidgetList list = nullptr;
-        Cardinal count = 0;
-        XtVaGetValues(client_, XmNchildren, &list, XmNnumChildren, &count, nullptr);
-        if (children != nullptr) *children = list;
-        return count;
-    }
-    /* The menu built last under the client. */
-    GuiPopupMenu *newestMenu() const {
-        WidgetList children = nullptr;
-        const Cardinal count = dummies(&children);
-        if (count == 0) return nullptr;
+    /* The menu built last: its "dummy" is the client's last child. */
+    GuiPopupMenu *newestMenu(Cardinal *count = nullptr) const {
+        WidgetList dummies = nullptr;
+        Cardinal n = 0;
+        XtVaGetValues(client_, XmNchildren, &dummies, XmNnumChildren, &n, nullptr);
         XtPointer menu = nullptr;
-        XtVaGetValues(XtNameToWidget(children[count - 1], "shell.rowcol"), XmNuserData, &menu,
-                      nullptr);
+        if (n > 0) XtVaGetValues(XtNameToWidget(dummies[n - 1], "shell.rowcol"), XmNuserData, &menu, nullptr);
+        if (count != nullptr) *count = n;
         return static_cast<GuiPopupMenu *>(menu);
     }
-    int32_t references() const {
-        int32_t sum = 0;
-        for (void *item : items_) sum += ObjGetRefCount(item);
-        return sum;
+    static int32_t references() {
+        return ObjGetRefCount(gItems[0]) + ObjGetRefCount(gItems[1]) + ObjGetRefCount(gItems[2]);
     }
-    /* Pumps until the pop-down function ran `calls` times, no menu is left and every item
-    ** was given back. */
-    bool allGone(const int &popDowns, int calls) {
-        return pumpUntil(
-            [&] { return popDowns >= calls && references() == 6 && dummies() == 0; },
-            5000);
+    /* Pumps until no menu is left (under a client still there), every item was given back
+    ** and the pop-down function ran; then once more for the delay, in which it must not
+    ** run again. */
+    void expectAllGone(bool clientThere = true) {
+        Cardinal left = 0;
+        EXPECT_TRUE(pumpUntil([&] { return gPopDowns > 0 && references() == 6; }, 5000));
+        EXPECT_TRUE(!clientThere || pumpUntil([&] { return !newestMenu(&left) && !left; }));
+        pumpFor(300);
+        EXPECT_EQ(gPopDowns, 1) << "once, for the next menu only";
     }
-    static constexpr const char *kLabels[3] = {"One", "Two", "Three"};
-    void *list_ = nullptr, *items_[3] = {};
     Widget client_ = nullptr;
-    const char *title_ = "Actions";
-    XEvent press_{};
-    std::string chosen_;
 };
 struct AnswerRow {
     const char *name, *title;
-    bool click;                      /* open with a click, else keep the button down */
-    void (*answer)(GuiPopupMenu *);  /* with the menu up */
+    bool click; /* open with a click, else keep the button down */
+    void (*answer)(GuiPopupMenu *, Widget client);
     const char *chosen;
+    bool clientGoes;
 };
 TEST_F(PopupTest, AMenuOpensAnswersGoesAndGivesItsItemsBack) {
     const AnswerRow rows[] = {
-        {"click, then click Two", "Actions", true, [](GuiPopupMenu *m) { click(m->pButtons[1]); },
-         "Two"},
-        {"click, then click elsewhere", nullptr, true,
-         [](GuiPopupMenu *m) { click(XtParent(XtParent(m->wShell)), 590, 390); }, ""},
-        {"click, then Escape", "Actions", true, [](GuiPopupMenu *) { key(XK_Escape); }, ""},
+        {"click, click Two", "Actions", true, [](GuiPopupMenu *m, Widget) { click(m->pButtons[1]); }, "Two", false},
+        {"click, click elsewhere", nullptr, true, [](GuiPopupMenu *, Widget c) { click(c, 590, 390); }, "", false},
+        {"click, Escape", "Actions", true, [](GuiPopupMenu *, Widget) { key(XK_Escape); }, "", false},
         {"held down onto Three", nullptr, false,
-         [](GuiPopupMenu *m) { movePointer(m->pButtons[2]); releasePointer(3); }, "Three"},
+         [](GuiPopupMenu *m, Widget) { movePointer(m->pButtons[2]); releasePointer(3); }, "Three", false},
+        {"parent destroyed, menu up", nullptr, true, [](GuiPopupMenu *, Widget c) { XtDestroyWidget(c); },
+         "", true},
+        {"parent destroyed, menu going", nullptr, true,
+         [](GuiPopupMenu *, Widget c) { key(XK_Escape); XtDestroyWidget(c); }, "", true},
     };
     for (const AnswerRow &row : rows) {
         SCOPED_TRACE(row.name);
-        int popDowns = 0;
-        GuiPopupAddPopDownCallback(onPopDown, &popDowns);
-        chosen_.clear();
-        title_ = row.title;
+        newClient();
+        gChosen.clear();
+        gTitle = row.title;
         movePointer(client_, 40, 40);
         pressPointer(3);
         if (row.click) releasePointer(3);
-        pump(50);
         GuiPopupMenu *menu = newestMenu();
         ASSERT_NE(menu, nullptr);
         EXPECT_TRUE(isViewable(menu->wShell)) << "the menu is up";
-        EXPECT_EQ(references(), 9) << "each item held once by the list, once by its button";
-        WidgetList children = nullptr;
-        XtVaGetValues(menu->wRowColumn, XmNchildren, &children, nullptr);
-        EXPECT_EQ(children[0], row.title ? menu->wTitle : menu->pButtons[0]);
-        EXPECT_EQ(menu->wSeparator != nullptr, row.title != nullptr);
-        EXPECT_EQ(menu->iButtons, 3);
-        row.answer(menu);
-        EXPECT_TRUE(allGone(popDowns, 1));
-        EXPECT_EQ(chosen_, row.chosen);
-        pumpFor(300);
-        EXPECT_EQ(popDowns, 1) << "once, for the next menu only";
+        EXPECT_EQ(references(), 9) << "each item held by the test, the list and its button";
+        WidgetList entries = nullptr;
+        XtVaGetValues(menu->wRowColumn, XmNchildren, &entries, nullptr);
+        EXPECT_EQ((std::vector<Widget>{entries[0], menu->wSeparator}),
+                  (std::vector<Widget>{row.title ? menu->wTitle : menu->pButtons[0],
+                                       row.title ? entries[1] : nullptr}));
+        row.answer(menu, client_);
+        expectAllGone(!row.clientGoes);
+        EXPECT_EQ(gChosen, row.chosen);
+        if (!row.clientGoes) XtDestroyWidget(client_);
     }
-    EXPECT_EQ(countTrace("GUI have 3 menu items"), 4);
-    EXPECT_EQ(countTrace("GUI add Three to menu"), 4);
-    EXPECT_EQ(countTrace(kDoubled), 0);
+    EXPECT_EQ((std::vector<int>{countTrace("GUI have 3 menu items"), countTrace("GUI add Three to menu"),
+                                countTrace(kDoubled)}),
+              (std::vector<int>{6, 6, 0}));
 }
 TEST_F(PopupTest, ARepeatedPopDownIsRecognisedByItsMenuAndSerialsWrapAfterAThousand) {
-    int popDowns = 0;
-    GuiPopupAddPopDownCallback(onPopDown, &popDowns);
+    newClient();
     click(client_, 40, 40, 3);
     GuiPopupMenu *first = newestMenu();
     ASSERT_NE(first, nullptr);
-    const int32_t second = first->iSerial % 1000 + 1;
-    /* First down, a second menu up and down, the first up and down again: all before
-    ** the first's destroy can run. */
+    int32_t serial = first->iSerial % 1000 + 1, last = 0;
+    /* The first down, a second menu up and down, the first up and down again: all before
+    ** the first one's destroy can run. */
     XtUnmanageChild(first->wRowColumn);
-    GuiPopupCreateMenu(client_, &press_, nullptr, nullptr, nullptr, list_);
+    GuiPopupCreateMenu(client_, &gPress, nullptr, nullptr, nullptr, gList);
     XtUnmanageChild(newestMenu()->wRowColumn);
     XtManageChild(first->wRowColumn);
     XtUnmanageChild(first->wRowColumn);
-    EXPECT_TRUE(allGone(popDowns, 1));
+    expectAllGone();
     EXPECT_EQ(countTrace(kDoubled), 1);
-    EXPECT_EQ(popDowns, 1);
-
-    int32_t serial = second, last = 0;
     do {
         last = serial;
-        GuiPopupCreateMenu(client_, &press_, nullptr, nullptr, nullptr, nullptr);
+        GuiPopupCreateMenu(client_, &gPress, nullptr, nullptr, nullptr, nullptr);
         serial = newestMenu()->iSerial;
         XtUnmanageChild(newestMenu()->wRowColumn);
     } while (serial == last + 1 && serial <= 1000);
-    EXPECT_EQ((std::pair<int32_t, int32_t>{last, serial}), (std::pair<int32_t, int32_t>{1000, 1}));
-    EXPECT_TRUE(allGone(popDowns, 1));
-}
-TEST_F(PopupTest, AMenuGoesWithItsParent) {
-    for (bool poppedDown : {false, true}) {
-        SCOPED_TRACE(poppedDown ? "destroy pending" : "menu up");
-        int popDowns = 0;
-        GuiPopupAddPopDownCallback(onPopDown, &popDowns);
-        click(client_, 40, 40, 3);
-        if (poppedDown) key(XK_Escape);
-        XtDestroyWidget(client_);
-        makeClient();
-        EXPECT_TRUE(allGone(popDowns, 1));
-        pumpFor(300);
-        EXPECT_EQ(popDowns, 1);
-    }
+    EXPECT_EQ((std::vector<int32_t>{last, serial}), (std::vector<int32_t>{1000, 1}));
+    countPopDowns();
+    expectAllGone();
 }
 } // namespace

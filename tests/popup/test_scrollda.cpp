@@ -5,103 +5,87 @@
 #include <Xm/ScrollBar.h>
 #include <X11/Xutil.h>
 #include <cstdlib>
-#include <vector>
 #include "guiscrollda.h"
 namespace {
 using namespace xt;
+using Ints = std::vector<int>;
 constexpr int kWidth = 300, kHeight = 200;
-/* One call of the draw function. */
-struct Draw {
-    int32_t partial, from, to;
-    bool operator==(const Draw &o) const { return partial == o.partial && from == o.from && to == o.to; }
-};
-std::vector<Draw> gDraws;
-bool gMarked = false; /* paint with the mark bit: what the library had repainted */
+std::vector<Ints> gDraws; /* partial flag, from, to */
+bool gMarked = false;     /* paint with the mark bit: what the library had repainted */
 /* A picture pixel tells its picture row and column, and whether it was painted marked. */
 unsigned long pixelOf(int row, int column, bool marked) {
-    return (marked ? 0x800000ul : 0) | (static_cast<unsigned long>(row & 0x7ff) << 12) |
-           static_cast<unsigned long>(column & 0xfff);
+    return (marked ? 0x800000ul : 0) | (static_cast<unsigned long>(row & 0x7ff) << 12) | (column & 0xfff);
 }
-/* Paints the whole window from the record's positions; the clip keeps what it may. */
+/* The client's painter paints the whole window from the record's positions, and leaves
+** the rest to the clip. */
 void paint(GuiScrollRecord *scroll, int32_t partial, int32_t from, int32_t to) {
     gDraws.push_back({partial, from, to});
     Display *dpy = XtDisplay(scroll->wDrawingArea);
     XImage *image = XCreateImage(dpy, DefaultVisual(dpy, 0), 24, ZPixmap, 0,
-                                 static_cast<char *>(std::malloc(kWidth * kHeight * 4)), kWidth,
-                                 kHeight, 32, 0);
+                                 static_cast<char *>(std::malloc(kWidth * kHeight * 4)), kWidth, kHeight, 32, 0);
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x)
             XPutPixel(image, x, y, pixelOf(y + scroll->iVertPos, x + scroll->iHorzPos, gMarked));
     XPutImage(dpy, XtWindow(scroll->wDrawingArea), scroll->gc, image, 0, 0, 0, 0, kWidth, kHeight);
     XDestroyImage(image);
 }
-void onExpose(Widget, XtPointer scroll, XtPointer) { paint(static_cast<GuiScrollRecord *>(scroll), 0, 0, 0); }
-void onResize(Widget, XtPointer scroll, XtPointer) { GuiSizeScrollbars(static_cast<GuiScrollRecord *>(scroll)); }
 class ScrollTest : public XTest {
 protected:
     void SetUp() override {
         XTest::SetUp();
-        area_ = XtVaCreateManagedWidget("area", xmDrawingAreaWidgetClass, form(), XmNwidth, kWidth,
-                                        XmNheight, kHeight, XmNmarginWidth, 0, XmNmarginHeight, 0,
-                                        XmNresizePolicy, XmRESIZE_NONE, nullptr);
-        Widget vbar = XtVaCreateManagedWidget(
-            "vbar", xmScrollBarWidgetClass, form(), XmNheight, kHeight, XmNincrement, 10,
-            XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, area_, nullptr);
-        Widget hbar = XtVaCreateManagedWidget(
-            "hbar", xmScrollBarWidgetClass, form(), XmNwidth, kWidth, XmNincrement, 10,
-            XmNorientation, XmHORIZONTAL, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, area_,
-            nullptr);
+        area_ = XtVaCreateManagedWidget("area", xmDrawingAreaWidgetClass, form(), XmNwidth, kWidth, XmNheight,
+                                        kHeight, XmNresizePolicy, XmRESIZE_NONE, nullptr);
+        Widget vbar = XtVaCreateManagedWidget("vbar", xmScrollBarWidgetClass, form(), XmNheight, kHeight,
+                                              XmNincrement, 10, XmNleftAttachment, XmATTACH_WIDGET,
+                                              XmNleftWidget, area_, nullptr);
+        Widget hbar = XtVaCreateManagedWidget("hbar", xmScrollBarWidgetClass, form(), XmNwidth, kWidth,
+                                              XmNincrement, 10, XmNorientation, XmHORIZONTAL, XmNtopAttachment,
+                                              XmATTACH_WIDGET, XmNtopWidget, area_, nullptr);
         realize();
-        scroll_ = {area_, vbar, hbar, 1000, 1000, 7, 7, paint,
-                   XCreateGC(display(), XtWindow(area_), 0, nullptr)};
+        scroll_ = {area_, vbar, hbar, 1000, 1000, 7, 7, paint, XCreateGC(display(), XtWindow(area_), 0, nullptr)};
         GuiAddScrollCallbacks(vbar, hbar, &scroll_);
         GuiSizeScrollbars(&scroll_);
-        XtAddCallback(area_, XmNexposeCallback, onExpose, &scroll_);
-        XtAddCallback(area_, XmNresizeCallback, onResize, &scroll_);
+        XtAddCallback(area_, XmNresizeCallback, [](Widget, XtPointer scroll, XtPointer) {
+            GuiSizeScrollbars(static_cast<GuiScrollRecord *>(scroll));
+        }, &scroll_);
     }
     void TearDown() override {
         XFreeGC(display(), scroll_.gc);
         XTest::TearDown();
     }
-    /* Window pixel (x, y) as the picture pixel it should show, marked or not. */
+    /* Window pixel (x, y) is the picture pixel that it should show, marked or not. */
     bool shows(int x, int y, bool marked) const {
         XImage *image = XGetImage(display(), XtWindow(area_), x, y, 1, 1, AllPlanes, ZPixmap);
         const bool ok = XGetPixel(image, 0, 0) == pixelOf(y + scroll_.iVertPos, x + scroll_.iHorzPos, marked);
         XDestroyImage(image);
         return ok;
     }
-    int barValue(Widget bar, const char *resource) const {
-        int value = 0;
-        XtVaGetValues(bar, resource, &value, nullptr);
-        return value;
-    }
     Widget area_ = nullptr;
     GuiScrollRecord scroll_{};
 };
 /* A user's scroll, and then: the draw calls, the position, and the band of window rows
-** (or columns, for a horizontal scroll) that was repainted; the rest was copied. */
+** (or columns, sideways) that was repainted; the rest was copied. */
 struct ScrollRow {
     const char *name;
     void (*act)(GuiScrollRecord *);
-    std::vector<Draw> draws;
+    std::vector<Ints> draws;
     int32_t position;
     bool vertical;
     int repaintedFrom, repaintedTo;
 };
 TEST_F(ScrollTest, ScrollsCopyWhatStaysAndRepaintOnlyWhatCameIntoView) {
     const ScrollRow rows[] = {
-        {"down arrow", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, kHeight - 5); },
-         {{1, 190, 200}}, 10, true, 190, 200},
-        {"up arrow", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, 5); },
-         {{1, 0, 10}}, 0, true, 0, 10},
-        {"right arrow", [](GuiScrollRecord *s) { click(s->wHorzScrollBar, kWidth - 5, 8); },
-         {{0, 0, 0}}, 10, false, 290, 300},
-        {"page down in the trough", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, kHeight - 30); },
-         {{0, 0, 0}}, 200, true, 0, 200},
+        {"down arrow", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, kHeight - 5); }, {{1, 190, 200}}, 10,
+         true, 190, 200},
+        {"up arrow", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, 5); }, {{1, 0, 10}}, 0, true, 0, 10},
+        {"right arrow", [](GuiScrollRecord *s) { click(s->wHorzScrollBar, kWidth - 5, 8); }, {{0, 0, 0}}, 10,
+         false, 290, 300},
+        {"page down", [](GuiScrollRecord *s) { click(s->wVertScrollBar, 8, kHeight - 30); }, {{0, 0, 0}}, 200,
+         true, 0, 200},
         {"a jump longer than the window", [](GuiScrollRecord *s) { GuiScrollVert(s, s->iVertPos + 500); },
          {{1, 0, 200}}, 700, true, 0, 200},
-        {"back by 150", [](GuiScrollRecord *s) { GuiScrollVert(s, s->iVertPos - 150); },
-         {{1, 0, 150}}, 550, true, 0, 150},
+        {"back by 150", [](GuiScrollRecord *s) { GuiScrollVert(s, s->iVertPos - 150); }, {{1, 0, 150}}, 550,
+         true, 0, 150},
     };
     for (const ScrollRow &row : rows) {
         SCOPED_TRACE(row.name);
@@ -113,8 +97,7 @@ TEST_F(ScrollTest, ScrollsCopyWhatStaysAndRepaintOnlyWhatCameIntoView) {
         pump();
         EXPECT_EQ(gDraws, row.draws);
         EXPECT_EQ(row.vertical ? scroll_.iVertPos : scroll_.iHorzPos, row.position);
-        const int extent = row.vertical ? kHeight : kWidth;
-        for (int i = 0; i < extent; ++i) {
+        for (int i = 0; i < (row.vertical ? kHeight : kWidth); ++i) {
             const bool repainted = i >= row.repaintedFrom && i < row.repaintedTo;
             ASSERT_TRUE(row.vertical ? shows(5, i, repainted) : shows(i, 5, repainted)) << "at " << i;
         }
@@ -124,7 +107,7 @@ TEST_F(ScrollTest, BarsFitTheWindowAndThePicture) {
     const struct {
         const char *name;
         int32_t picture, window, barValue;
-        std::vector<int> bar; /* maximum, value, slider, page increment */
+        Ints bar; /* maximum, value, slider, page increment */
         int32_t position;
     } rows[] = {
         {"a picture larger than the window", 1000, 200, 0, {1000, 0, 200, 200}, 40},
@@ -136,15 +119,16 @@ TEST_F(ScrollTest, BarsFitTheWindowAndThePicture) {
         SCOPED_TRACE(row.name);
         scroll_.iVertPos = 40;
         scroll_.iPictureHeight = row.picture;
-        XtVaSetValues(scroll_.wVertScrollBar, XmNmaximum, 2000, XmNvalue, row.barValue, nullptr);
+        Widget bar = scroll_.wVertScrollBar;
+        XtVaSetValues(bar, XmNmaximum, 2000, XmNvalue, row.barValue, nullptr);
         gDraws.clear();
-        XtVaSetValues(area_, XmNheight, row.window, nullptr);
+        XtVaSetValues(area_, XmNheight, row.window, nullptr); /* its resize callback sizes the bars */
         GuiSizeScrollbars(&scroll_);
         pump();
-        Widget bar = scroll_.wVertScrollBar;
-        EXPECT_EQ((std::vector<int>{barValue(bar, XmNmaximum), barValue(bar, XmNvalue),
-                                    barValue(bar, XmNsliderSize), barValue(bar, XmNpageIncrement)}),
-                  row.bar);
+        Ints got(4);
+        XtVaGetValues(bar, XmNmaximum, &got[0], XmNvalue, &got[1], XmNsliderSize, &got[2], XmNpageIncrement,
+                      &got[3], nullptr);
+        EXPECT_EQ(got, row.bar);
         EXPECT_EQ(scroll_.iVertPos, row.position);
         EXPECT_EQ(gDraws.empty(), row.position == 40) << "the whole window repainted on a reset";
     }
