@@ -15,7 +15,8 @@ XC_BEGIN_DECLS
 ** move inside the widget starts it again, each restart traced "Remove Timer %d"), an
 ** override-redirect shell "toolTip" holding a one-pixel bordered XmLabel "toolTip" with
 ** the text comes up at the pointer position + (10, 10), as a popup child of the widget's
-** nearest window-manager shell (a dialog's shell for a widget in a dialog). Leaving the
+** nearest window-manager shell (a dialog's shell for a widget in a dialog); it takes no
+** grab, so a press that removes it may open a popup menu. Leaving the
 ** widget or pressing a button in it takes the tooltip (or the wait) away; after a press
 ** it comes back only when the pointer leaves and enters again.
 **

@@ -59,7 +59,9 @@ Widget windowManagerShellOf(Widget widget) {
     return widget;
 }
 
-/* Any tooltip shown before goes first: one at a time, whichever widget asked. */
+/* Any tooltip shown before goes first: one at a time, whichever widget asked. The
+** tooltip takes no grab: taking a grab off takes every later one with it, such as the
+** grab of a popup menu that the press removing the tooltip opened. */
 void showTip(XtPointer text, XtIntervalId *) {
     gTimer = 0;
     destroyTip();
@@ -77,7 +79,7 @@ void showTip(XtPointer text, XtIntervalId *) {
     XmStr label(static_cast<const char *>(text));
     XtVaCreateManagedWidget("toolTip", xmLabelWidgetClass, gTipShell, XmNlabelString,
                             static_cast<XmString>(label), XtNborderWidth, 1, nullptr);
-    XtPopup(gTipShell, XtGrabNonexclusive);
+    XtPopup(gTipShell, XtGrabNone);
 }
 
 void onEnter(Widget widget, XtPointer text, XEvent *, Boolean *) {

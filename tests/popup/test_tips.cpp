@@ -7,6 +7,7 @@
 #include <Xm/ToggleB.h>
 #include <chrono>
 #include "guimenutips.h"
+#include "guipopup.h"
 #include "guitooltip.h"
 namespace {
 using namespace xt;
@@ -74,6 +75,23 @@ TEST_F(TipTest, TheTooltipComesWhenThePointerRestsAndGoesOnLeavePressOrDestroy) 
         EXPECT_GE(restarts, row.restarts);
         if (gTarget) destroy();
     }
+}
+TEST_F(TipTest, APressThatRemovesTheTooltipCanOpenAPopupMenu) {
+    static int warnings = 0;
+    XtAppSetWarningMsgHandler(app(), [](String, String, String, String, String *, Cardinal *) { ++warnings; });
+    Widget target = button("target", form());
+    XtAddEventHandler(target, ButtonPressMask, False, [](Widget w, XtPointer, XEvent *event, Boolean *) {
+        GuiPopupCreateMenu(XtParent(w), event, nullptr, "Menu", nullptr, nullptr);
+    }, nullptr);
+    GuiAddTip(target, "Has a menu");
+    realize();
+    movePointer(target, 5, 5);
+    EXPECT_TRUE(pumpUntil([&] { return XtNameToWidget(shell(), "toolTip") != nullptr; }));
+    click(target, 5, 5, 3);
+    key(XK_Escape);
+    pumpFor(400);
+    EXPECT_EQ(warnings, 0) << "the menu's grab was kept";
+    XtAppSetWarningMsgHandler(app(), nullptr);
 }
 TEST_F(TipTest, MenuEntriesShowTheirTipsWhileTheMenuIsOpen) {
     Widget bar = XmCreateMenuBar(form(), const_cast<char *>("bar"), nullptr, 0);
