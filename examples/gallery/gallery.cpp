@@ -84,14 +84,27 @@ Widget addSection(Widget column, Widget above, const gallery::Section &section) 
     return frame;
 }
 
+/* A column of sections at the right of `left` (at the window's left edge for none). */
+Widget addColumn(Widget window, Widget left) {
+    return XtVaCreateManagedWidget("column", xmFormWidgetClass, window, XmNverticalSpacing, 12,
+                                   XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment,
+                                   left ? XmATTACH_WIDGET : XmATTACH_FORM, XmNleftWidget, left,
+                                   XmNleftOffset, left ? 12 : 0, nullptr);
+}
+
 Widget buildWindow(Widget shell) {
-    Widget column = XtVaCreateWidget("gallery", xmFormWidgetClass, shell, XmNmarginWidth, 12,
-                                     XmNmarginHeight, 12, XmNverticalSpacing, 12, nullptr);
-    Widget last = nullptr;
-    for (const auto &section : gallery::kSections) last = addSection(column, last, section);
-    if (last) XtVaSetValues(last, XmNbottomAttachment, XmATTACH_FORM, nullptr);
-    XtManageChild(column);
-    return column;
+    Widget window = XtVaCreateWidget("gallery", xmFormWidgetClass, shell, XmNmarginWidth, 12,
+                                     XmNmarginHeight, 12, nullptr);
+    Widget column = nullptr, last = nullptr;
+    for (const auto &section : gallery::kSections) {
+        if (column == nullptr || section.newColumn) {
+            column = addColumn(window, column);
+            last = nullptr;
+        }
+        last = addSection(column, last, section);
+    }
+    XtManageChild(window);
+    return window;
 }
 
 /* Runs the event loop until the shell is on the screen and nothing is left to draw. */

@@ -13,6 +13,7 @@ using BuildSection = void (*)(Widget area);
 struct Section {
     const char *title;
     BuildSection build;
+    bool newColumn = false; /* starts a column to the right of the sections before it */
 };
 
 /* One file per section (section_*.cpp) defines its builder. */
@@ -20,6 +21,7 @@ void buildComboSection(Widget area);
 void buildInputsSection(Widget area);
 void buildPasswordSection(Widget area);
 void buildTabsSection(Widget area);
+void buildPopupSection(Widget area);
 
 /* The sections from top to bottom. A new control adds its builder here. */
 inline constexpr Section kSections[] = {
@@ -27,6 +29,7 @@ inline constexpr Section kSections[] = {
     {"Number, date and time inputs", buildInputsSection},
     {"Password entries", buildPasswordSection},
     {"Tab holders", buildTabsSection},
+    {"Popup menu, tooltips, scrolling", buildPopupSection, true},
 };
 
 } // namespace gallery
