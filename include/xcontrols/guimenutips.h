@@ -10,7 +10,8 @@ XC_BEGIN_DECLS
 
 /* Shows `pszText` in the label `wTipLabel` whenever the menu entry `wButton` is armed (an
 ** XmPushButton or XmToggleButton) or cascades (an XmCascadeButton); other widgets get
-** nothing. The text is not copied: it must stay valid as long as the button lives. A
+** nothing. The text is not copied: it must stay valid as long as the button lives (a
+** null text blanks the label). A
 ** small record from the default pool holds the label and the text and is freed when the
 ** button is destroyed. A null button or label is traced and ignored. */
 XC_API void GuiAddMenuTip(Widget wButton, const char *pszText, Widget wTipLabel);
