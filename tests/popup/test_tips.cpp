@@ -36,12 +36,19 @@ struct TipRow {
     void (*end)();
     int restarts;
 };
+/* The target's right button opens a popup menu, as a client's context menu does. */
+void openMenu(Widget w, XtPointer, XEvent *event, Boolean *) {
+    if (event->xbutton.button == 3) GuiPopupCreateMenu(XtParent(w), event, nullptr, "Menu", nullptr, nullptr);
+}
 TEST_F(TipTest, TheTooltipComesWhenThePointerRestsAndGoesOnLeavePressOrDestroy) {
+    static int warnings = 0; /* Xt's: a grab taken off with the tooltip took the menu's along */
+    XtAppSetWarningMsgHandler(app(), [](String, String, String, String, String *, Cardinal *) { ++warnings; });
     realize();
     auto destroy = [] { XtDestroyWidget(std::exchange(gTarget, nullptr)); };
     const TipRow rows[] = {
         {"rests, then leaves", [] {}, true, leave, 0},
         {"rests, then a press and a move", [] {}, true, [] { click(gTarget, 5, 5); movePointer(gTarget, 6, 6); }, 0},
+        {"rests, then a press opens a menu", [] {}, true, [] { click(gTarget, 5, 5, 3); key(XK_Escape); leave(); }, 0},
         {"moves every 300 ms", [] { for (int x = 6; x < 11; ++x) pumpFor(300), movePointer(gTarget, x, 5); leave(); },
          false, [] {}, 5},
         {"leaves after 200 ms", [] { pumpFor(200); leave(); }, false, [] {}, 1},
@@ -53,6 +60,7 @@ TEST_F(TipTest, TheTooltipComesWhenThePointerRestsAndGoesOnLeavePressOrDestroy) 
     for (const TipRow &row : rows) {
         SCOPED_TRACE(row.name);
         GuiAddTip(gTarget = button("target", form()), "Starts the job");
+        XtAddEventHandler(gTarget, ButtonPressMask, False, openMenu, nullptr);
         pump();
         leave();
         clearTraces();
@@ -75,22 +83,7 @@ TEST_F(TipTest, TheTooltipComesWhenThePointerRestsAndGoesOnLeavePressOrDestroy) 
         EXPECT_GE(restarts, row.restarts);
         if (gTarget) destroy();
     }
-}
-TEST_F(TipTest, APressThatRemovesTheTooltipCanOpenAPopupMenu) {
-    static int warnings = 0;
-    XtAppSetWarningMsgHandler(app(), [](String, String, String, String, String *, Cardinal *) { ++warnings; });
-    Widget target = button("target", form());
-    XtAddEventHandler(target, ButtonPressMask, False, [](Widget w, XtPointer, XEvent *event, Boolean *) {
-        GuiPopupCreateMenu(XtParent(w), event, nullptr, "Menu", nullptr, nullptr);
-    }, nullptr);
-    GuiAddTip(target, "Has a menu");
-    realize();
-    movePointer(target, 5, 5);
-    EXPECT_TRUE(pumpUntil([&] { return XtNameToWidget(shell(), "toolTip") != nullptr; }));
-    click(target, 5, 5, 3);
-    key(XK_Escape);
-    pumpFor(400);
-    EXPECT_EQ(warnings, 0) << "the menu's grab was kept";
+    EXPECT_EQ(warnings, 0);
     XtAppSetWarningMsgHandler(app(), nullptr);
 }
 TEST_F(TipTest, MenuEntriesShowTheirTipsWhileTheMenuIsOpen) {
