@@ -288,11 +288,7 @@ int main(int argc, char **argv) {
     Widget form = bench::openForm("BenchScreen", argc, argv);
     if (form == nullptr) return 2;
     Widget shell = XtParent(form);
-    if (argc > 1 && std::strcmp(argv[1], "--instructions") == 0) {
-        countInstructions(form);
-        XtDestroyWidget(shell);
-        return 0;
-    }
+    if (bench::countInstructionsOnly(argc, argv, form, countInstructions)) return 0;
     /* Times are the best run's; ratios the median of the runs' own ratios. */
     std::printf("%-7s %6s %10s %10s %6s %10s %10s %6s %8s\n", "screen", "items", "build ms", "motif ms", "ratio",
                 "teardown", "motif ms", "ratio", "B/item");

@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -152,11 +151,7 @@ int main(int argc, char **argv) {
     Widget form = bench::openForm("BenchUpdate", argc, argv);
     if (form == nullptr) return 2;
     Widget shell = XtParent(form);
-    if (argc > 1 && std::strcmp(argv[1], "--instructions") == 0) {
-        countInstructions(form);
-        XtDestroyWidget(shell);
-        return 0;
-    }
+    if (bench::countInstructionsOnly(argc, argv, form, countInstructions)) return 0;
     std::printf("%6s %14s %14s %6s\n", "items", "library us/it", "motif us/it", "ratio");
     std::vector<double> perItem;
     for (int items : {100, 1000, 4000}) {

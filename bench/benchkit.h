@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 
 namespace bench {
 
@@ -36,6 +37,16 @@ inline Widget openForm(const char *appClass, int &argc, char **argv) {
     settle(form);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     return form;
+}
+
+/* With `--instructions` first on the command line, runs `count` on `form` (each phase of
+** it a callgrind dump of its own), destroys the shell and answers true: the program then
+** ends without its timed runs. */
+inline bool countInstructionsOnly(int argc, char **argv, Widget form, void (*count)(Widget)) {
+    if (argc < 2 || std::strcmp(argv[1], "--instructions") != 0) return false;
+    count(form);
+    XtDestroyWidget(XtParent(form));
+    return true;
 }
 
 } // namespace bench

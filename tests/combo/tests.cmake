@@ -11,13 +11,5 @@ add_test(NAME xcontrols_gallery_png
 set_tests_properties(test_combo_depth8 xcontrols_gallery_png PROPERTIES
   TIMEOUT 600 RESOURCE_LOCK xvfb-run ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off")
 # A combo destroyed from its own callback in the middle of a program call: Motif is not
-# instrumented, so only valgrind sees it return into a freed list. Labelled like the
-# other valgrind runs.
-find_program(XC_VALGRIND valgrind)
-if(XC_VALGRIND AND NOT XC_SANITIZE)
-  add_test(NAME test_combo_valgrind
-           COMMAND ${XC_VALGRIND} -q --error-exitcode=9 --num-callers=40
-                   $<TARGET_FILE:test_combo> --gtest_filter=*InATimer*)
-  set_tests_properties(test_combo_valgrind PROPERTIES LABELS valgrind TIMEOUT 600
-    ENVIRONMENT "KX_HOME=${XC_BUILD_HOME};KX_TRACE=off")
-endif()
+# instrumented, so only valgrind sees it return into a freed list.
+xc_add_valgrind_test(test_combo ARGS --gtest_filter=*InATimer*)
