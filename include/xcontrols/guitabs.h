@@ -18,7 +18,9 @@ XC_BEGIN_DECLS
 **
 ** Plain holders keep all tabs on one row however wide they get; stacking holders wrap
 ** their tabs into rows spread to the holder's width, and draw the row that holds the
-** selected tab last, next to the page.
+** selected tab last, next to the page. A stacking tab wider than the holder by itself
+** takes a row of its own, spread like any row, and the next tab starts a new row (rather
+** than sharing the wide tab's row, which would push it past the right edge).
 **
 ** Tab NUMBERS are 1-based (GuiEnableTab, GuiDisableTab, GuiSelectTab, GuiGetSelectedTab);
 ** tab INDICES are 0-based (GuiTabSetTabVisible, GuiGetTabWidgetAtIndex, the positions
