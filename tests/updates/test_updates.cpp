@@ -190,7 +190,9 @@ TEST_F(Updates, ManyCyclesOnALargeScreenLeaveNothingBehind) {
         addBlock(p, nullptr, id, text, cycle);
         ASSERT_EQ(update(screen, p, 1), 1) << "cycle " << cycle;
         if (cycle % 50 == 0) pump(1);
-        if (cycle == cycles - 1) EXPECT_TRUE(labelOf(value(shown, id)) == text && textOf(comboOf(shown, id + 1)->wText) == text);
+        if (cycle == cycles - 1) {
+            EXPECT_TRUE(labelOf(value(shown, id)) == text && textOf(comboOf(shown, id + 1)->wText) == text);
+        }
     }
     GuiFreeScreenDefAndWidgets(&screen.oPluginScreenDef);
 }
@@ -235,12 +237,15 @@ TEST(ViewerUpdates, LinesOnStandardInputChangeTheScreenUntilItCloses) {
     const std::string screen = files.file("s.json", R"({"jobId": 9, "items": [{"type": "ComboBox", "id": 2},
         {"type": "PushButton", "id": 6, "actions": [{"kind": "CLOSE", "target": 6}]}]})");
     const std::string lines =
+        R"({"update": "screen", "items": [{"type": "ComboBox", "id": 2}, {"type": "Label", "id": 2},)"
+        R"( {"type": "PushButton", "id": 6, "actions": [{"kind": "CLOSE", "target": 6}]}]})" "\n"
         R"({"update": "items", "items": [{"type": "ComboBox", "id": 2, "data": {"selected": 2}, "children": [)"
         R"({"type": "ComboItem", "id": 4, "data": {"text": "b"}}, {"type": "ComboItem", "id": 5, "data": )"
         R"({"text": "c"}, "actions": [{"kind": "CLOSE", "target": 6}]}]}]})" "\n";
     Viewer viewer({"--updates", "-", screen}, "", lines);
     EXPECT_EQ(viewer.finish(), 0) << viewer.err;
     EXPECT_NE(viewer.out.find(R"("selectedText": "c")"), std::string::npos) << viewer.out;
+    EXPECT_NE(viewer.err.find("xcontrols-view: warning: -: line 1, column 39: id 2 is also used"), std::string::npos) << viewer.err;
 }
 
 } // namespace

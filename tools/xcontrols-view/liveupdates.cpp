@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "screencheck.h"
+
 namespace liveupdates {
 
 int openSource(const std::string &path, std::string &error) {
@@ -83,6 +85,13 @@ void Feed::refuse(const std::string &error) {
                  placed ? ", " : ": ", (placed ? error.substr(8) : error).c_str());
 }
 
+/* A whole screen sent as an update is checked as a screen file is before it is shown. */
+void Feed::warn(const std::vector<screenfile::Problem> &problems) const {
+    for (const screenfile::Problem &problem : problems)
+        std::fprintf(stderr, "xcontrols-view: warning: %s: line %ld, column %lu: %s\n", name_.c_str(), lineNo_,
+                     static_cast<unsigned long>(problem.place.column), problem.message.c_str());
+}
+
 void Feed::apply(const std::string &line) {
     ++lineNo_;
     if (line.find_first_not_of(" \t\r") == std::string::npos) return;
@@ -93,6 +102,7 @@ void Feed::apply(const std::string &line) {
         refuse(error);
         return;
     }
+    if (wholeScreen) warn(screenfile::check(*update));
     oUpdateScreen record{update->tree(), 0, 0, nullptr};
     GuiUpdatePlgScreen(&screen_, &record, wholeScreen ? 0 : 1);
     ++applied_;

@@ -7,8 +7,10 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "guiscreendef.h"
+#include "screencheck.h"
 #include "screenfile.h"
 
 namespace liveupdates {
@@ -22,7 +24,8 @@ int openSource(const std::string &path, std::string &error);
 ** turn, so the window never waits on the source), keeps a partial line until its end
 ** arrives, and applies each complete line to `screen` with GuiUpdatePlgScreen. A line
 ** that is not an update document gets one message on standard error naming `name`, its
-** line number and the place in it, and changes nothing. At the end of the input the
+** line number and the place in it, and changes nothing; a whole screen that loads gets
+** the checks of a screen file, each problem a warning there, and is shown. At the end of the input the
 ** feed stops reading; the screen stays. After a whole-screen update, `rebuilt` (if
 ** given) is called with the new tree. The feed closes `fd` when it goes. */
 class Feed {
@@ -44,6 +47,7 @@ private:
     void stop();
     void apply(const std::string &line);
     void refuse(const std::string &error);
+    void warn(const std::vector<screenfile::Problem> &problems) const;
 
     int fd_;
     XtInputId input_ = 0;
