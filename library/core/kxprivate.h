@@ -41,13 +41,44 @@ const char *intern(const std::string &text);
 /* `s` without leading and trailing blanks (spaces, tabs, line ends). */
 std::string trim(const std::string &s);
 
+/* A parsed signature (obj.cpp). */
+struct ObjectLayout;
+
+/* The hidden header in front of an object's data; its size keeps the data 16-aligned.
+** An object's allocation is [ObjectHeader][BlockHeader][data]. */
+struct alignas(16) ObjectHeader {
+    uint32_t tag;
+    int32_t refs;
+    bool dying; /* set once the last reference went, while its fields are released */
+    const ObjectLayout *layout;
+    const ObjClass *cls;
+};
+
+/* The header of the object whose data is at `h`; reads nothing. */
+inline ObjectHeader *objectHeader(const void *h) {
+    return reinterpret_cast<ObjectHeader *>(const_cast<char *>(static_cast<const char *>(h)) -
+                                            sizeof(BlockHeader) - sizeof(ObjectHeader));
+}
+
+/* Frees the object `h`, whose last reference has just gone. */
+void destroyObject(void *h);
+
 /* Keeps an object alive for a scope: one reference taken, and dropped at the end. The
 ** handle must be null or a live object that the runtime reached through its own links
-** (a validated handle, or a node or element linked from one): it is not looked up. */
+** (a validated handle, or a node or element linked from one): it is not looked up. An
+** object being freed is left alone, as everywhere. Inline: the walks take two or three
+** holds per node. */
 class Hold {
 public:
-    explicit Hold(void *h);
-    ~Hold();
+    explicit Hold(void *h) : h_(h) {
+        if (h_ == nullptr) return;
+        ObjectHeader *header = objectHeader(h_);
+        if (header->dying) h_ = nullptr;
+        else header->refs++;
+    }
+    ~Hold() {
+        if (h_ != nullptr && --objectHeader(h_)->refs == 0) destroyObject(h_);
+    }
     Hold(const Hold &) = delete;
     Hold &operator=(const Hold &) = delete;
 private:

@@ -3,6 +3,7 @@
 #include "kxmem.h"
 #include "kxprivate.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -17,29 +18,41 @@ struct Field {
     uint32_t offset;
 };
 
+} // namespace
+
 /* A parsed signature. Layouts are shared by every object of the same signature and
 ** live for the process. */
-struct Layout {
+struct kx::ObjectLayout {
     std::string text;
     std::vector<Field> fields;
     uint32_t size = 0;  /* bytes up to the end of the last field */
     uint32_t token = 0; /* its number among the layouts, from 1 */
 };
 
-/* Every layout by token - 1. */
-std::vector<const Layout *> &layoutsByToken() {
-    static auto *byToken = new std::vector<const Layout *>;
-    return *byToken;
-}
+namespace {
 
-/* The hidden header in front of an object's data; its size keeps the data 16-aligned. */
-struct alignas(16) Header {
-    uint32_t tag;
-    int32_t refs;
-    bool dying;
-    const Layout *layout;
-    const kx::ObjClass *cls;
-};
+using Layout = kx::ObjectLayout;
+using Header = kx::ObjectHeader;
+
+/* Every layout by token - 1. A plain array from malloc, never freed and constant-
+** initialized, so that the check by token, made several times per item of a screen,
+** reads it with no guard of a function-local static. */
+const Layout **layoutsByToken = nullptr;
+uint32_t layoutCount = 0, layoutCapacity = 0;
+
+/* Gives `layout` the next token; false when there is no memory for it. */
+bool addToken(Layout &layout) {
+    if (layoutCount == layoutCapacity) {
+        const uint32_t capacity = layoutCapacity == 0 ? 64 : layoutCapacity * 2;
+        void *grown = std::realloc(layoutsByToken, capacity * sizeof *layoutsByToken);
+        if (grown == nullptr) return false;
+        layoutsByToken = static_cast<const Layout **>(grown);
+        layoutCapacity = capacity;
+    }
+    layoutsByToken[layoutCount++] = &layout;
+    layout.token = layoutCount;
+    return true;
+}
 
 int64_t liveObjects = 0;
 
@@ -71,9 +84,7 @@ const Layout *parsedLayout(const char *signature) {
     auto it = layouts->find(key);
     if (it != layouts->end()) return it->second.get();
     auto layout = std::make_unique<Layout>();
-    if (!parseSignature(key.c_str(), *layout)) return nullptr;
-    layoutsByToken().push_back(layout.get());
-    layout->token = static_cast<uint32_t>(layoutsByToken().size());
+    if (!parseSignature(key.c_str(), *layout) || !addToken(*layout)) return nullptr;
     return layouts->emplace(key, std::move(layout)).first->second.get();
 }
 
@@ -98,17 +109,11 @@ const Layout *layoutOf(const char *signature) {
     return layout;
 }
 
-/* An object's allocation is [Header][BlockHeader][data]. */
-Header *headerOf(const void *h) {
-    return reinterpret_cast<Header *>(const_cast<char *>(static_cast<const char *>(h)) -
-                                      sizeof(kx::BlockHeader) - sizeof(Header));
-}
-
 /* The header of a live object that is not being freed, else null. The registry is
 ** asked before any byte of `h` is read. */
 Header *liveHeader(const void *h) {
     if (!kx::isLiveBlock(h, kx::BlockKind::Object)) return nullptr;
-    Header *header = headerOf(h);
+    Header *header = kx::objectHeader(h);
     return header->dying ? nullptr : header;
 }
 
@@ -116,6 +121,12 @@ bool signatureBegins(const Layout &layout, const char *prefix) {
     if (prefix == nullptr) return true;
     const size_t length = std::strlen(prefix);
     return length <= layout.text.size() && std::memcmp(layout.text.data(), prefix, length) == 0;
+}
+
+/* Out of line, so that the usual check, where the layouts are the same, saves no
+** registers. */
+[[gnu::noinline]] bool layoutBegins(const Layout &layout, const Layout &prefix) {
+    return signatureBegins(layout, prefix.text.c_str());
 }
 
 /* Drops what the fields own: 'o' references and 's' strings, wiped first since any of
@@ -153,26 +164,15 @@ int createObject(void *phObj, uint32_t dataSize, uint32_t tag, const char *signa
     void *data = allocateBlock(sizeof(Header), dataSize, poolId, BlockKind::Object);
     if (data == nullptr) return 0;
     std::memset(data, 0, dataSize);
-    Header *header = headerOf(data);
+    Header *header = kx::objectHeader(data);
     *header = Header{tag, 1, false, layout, cls};
     liveObjects++;
     *slot = data;
     return 1;
 }
 
-/* The runtime holds only objects it reached through its own links, so the registry is
-** not asked; an object being freed is left alone, as everywhere. */
-Hold::Hold(void *h) : h_(h) {
-    if (h_ == nullptr) return;
-    Header *header = headerOf(h_);
-    if (header->dying) h_ = nullptr;
-    else header->refs++;
-}
-
-Hold::~Hold() {
-    if (h_ == nullptr) return;
-    Header *header = headerOf(h_);
-    if (--header->refs == 0) destroy(h_, header);
+void destroyObject(void *h) {
+    destroy(h, kx::objectHeader(h));
 }
 
 uint32_t objectPool(const void *h) {
@@ -243,12 +243,11 @@ uint32_t ObjSignatureToken(const char *signature) {
 }
 
 int ObjIsOfKindToken(const void *hObj, uint32_t tag, uint32_t token) {
-    const std::vector<const Layout *> &byToken = layoutsByToken();
-    if (token == 0 || token > byToken.size()) return 0;
+    if (token - 1u >= layoutCount) return 0; /* token 0 wraps around */
     const Header *header = liveHeader(hObj);
     if (header == nullptr || (tag != 0 && header->tag != tag)) return 0;
-    const Layout *prefix = byToken[token - 1];
-    return header->layout == prefix || signatureBegins(*header->layout, prefix->text.c_str());
+    const Layout *prefix = layoutsByToken[token - 1];
+    return header->layout == prefix || layoutBegins(*header->layout, *prefix);
 }
 
 int32_t ObjGetRefCount(const void *hObj) {

@@ -47,6 +47,15 @@ const Sink &currentSink() {
     return s.sink;
 }
 
+/* Whether a line goes anywhere: -1 until first asked, then kept up to date by every
+** change of the hook or the sink. Most lines go nowhere, a few per widget made, and
+** each asks this first. */
+int linesGo = -1;
+
+void refreshLinesGo() {
+    linesGo = state().hook != nullptr || currentSink().kind != SinkKind::Off;
+}
+
 /* printf into a string of whatever length the arguments need. */
 std::string format(const char *fmt, va_list args) {
     if (fmt == nullptr) return std::string();
@@ -78,7 +87,8 @@ bool writeLine(const Sink &sink, const std::string &line) {
 extern "C" {
 
 int TraceIsOn(void) {
-    return state().hook != nullptr || currentSink().kind != SinkKind::Off;
+    if (linesGo < 0) refreshLinesGo();
+    return linesGo;
 }
 
 int TraceMessageVa(const char *component, int32_t msgNo, int32_t sub, int32_t level,
@@ -115,12 +125,14 @@ void TraceSetSink(const char *sink) {
     TraceState &s = state();
     s.sink = parseSink(sink);
     s.chosen = true;
+    refreshLinesGo();
 }
 
 void TraceSetCaptureHook(KxTraceHook hook, void *ctx) {
     TraceState &s = state();
     s.hook = hook;
     s.hookCtx = ctx;
+    refreshLinesGo();
 }
 
 } // extern "C"
