@@ -14,11 +14,11 @@ uint32_t pool() {
 
 namespace {
 
-/* Component names are cut or padded with blanks to 11 characters, without printf; a
-** line that goes nowhere costs nothing more than asking whether it would. */
+/* Component names are cut or padded with blanks to 11 characters, without printf. The
+** callers ask first whether the line goes anywhere, so that one that goes nowhere costs
+** nothing more. */
 void traceV(const char *component, int32_t msgNo, int32_t sub, int32_t level,
             const char *format, va_list args) {
-    if (!TraceIsOn()) return;
     constexpr size_t kWidth = 11;
     char padded[kWidth + 1];
     const size_t length = strnlen(component, kWidth);
@@ -31,6 +31,7 @@ void traceV(const char *component, int32_t msgNo, int32_t sub, int32_t level,
 } // namespace
 
 void trace(int32_t msgNo, int32_t level, const char *format, ...) {
+    if (!TraceIsOn()) return;
     va_list args;
     va_start(args, format);
     traceV("GUI", msgNo, 0, level, format, args);
@@ -38,6 +39,7 @@ void trace(int32_t msgNo, int32_t level, const char *format, ...) {
 }
 
 void traceSub(int32_t msgNo, int32_t sub, int32_t level, const char *format, ...) {
+    if (!TraceIsOn()) return;
     va_list args;
     va_start(args, format);
     traceV("GUI", msgNo, sub, level, format, args);
@@ -45,6 +47,7 @@ void traceSub(int32_t msgNo, int32_t sub, int32_t level, const char *format, ...
 }
 
 void traceAs(const char *component, int32_t msgNo, int32_t level, const char *format, ...) {
+    if (!TraceIsOn()) return;
     va_list args;
     va_start(args, format);
     traceV(component, msgNo, 0, level, format, args);

@@ -80,12 +80,17 @@ uint32_t signatureToken(const char *literal);
 
 /* A typed view of a base-runtime object: null unless `h` is a live object with the tag
 ** (tag 0: any tag) whose signature begins with `layout`, a signature literal (or null:
-** any signature). */
+** any signature). The accessors that every walk calls pass the literal's token, asked
+** once and kept in a static of their own. */
 template <typename T>
-T *objectAs(void *h, uint32_t tag, const char *layout) {
-    const uint32_t token = layout ? signatureToken(layout) : 0;
+T *objectAs(void *h, uint32_t tag, const char *layout, uint32_t token) {
     const bool ok = token != 0 ? ObjIsOfKindToken(h, tag, token) : ObjIsOfKind(h, tag, layout);
     return ok ? static_cast<T *>(h) : nullptr;
+}
+
+template <typename T>
+T *objectAs(void *h, uint32_t tag, const char *layout) {
+    return objectAs<T>(h, tag, layout, layout ? signatureToken(layout) : 0);
 }
 
 /* Replaces the object handle stored at `slot` by `h`: takes a reference on `h` (null

@@ -46,11 +46,16 @@ void BuildBatch::finish() {
     for (auto it = parents_.rbegin(); it != parents_.rend(); ++it) manageBatch(it->children);
 }
 
+/* A builder queues its widgets into one parent after another, so the parent of the
+** last widget queued is tried before the map. */
 void BuildBatch::queue(Widget w) {
     Widget parent = XtParent(w);
-    auto [slot, added] = rankOf_.emplace(parent, parents_.size());
-    if (added) parents_.push_back({parent, {}});
-    parents_[slot->second].children.push_back(w);
+    if (parents_.empty() || parents_[lastRank_].parent != parent) {
+        auto [slot, added] = rankOf_.try_emplace(parent, parents_.size());
+        if (added) parents_.push_back({parent, {}});
+        lastRank_ = slot->second;
+    }
+    parents_[lastRank_].children.push_back(w);
 }
 
 /* Collects the ranks of the parents within `w` that have queued children, by a walk of

@@ -54,8 +54,7 @@ const ItemKind *kindOf(uint32_t type) {
 }
 
 int holdsWidgets(void *, void *element) {
-    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
-                                          GUI_WIDGET_SIGNATURE);
+    auto *rec = asRecord(ListElementItem(element));
     const bool empty = rec == nullptr || (rec->widget == nullptr && rec->combo == nullptr &&
                                           rec->tabs == nullptr && rec->numInput == nullptr &&
                                           rec->dateInput == nullptr && rec->timeInput == nullptr);

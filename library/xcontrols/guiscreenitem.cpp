@@ -13,19 +13,23 @@
 namespace xc::screen {
 
 ScreenItem *itemOf(void *node) {
+    static const uint32_t token = signatureToken(GUI_SCREEN_ITEM_SIGNATURE);
     return objectAs<ScreenItem>(TreeNodeCookie(node), GUI_TAG_SCREEN_ITEM,
-                                GUI_SCREEN_ITEM_SIGNATURE);
+                                GUI_SCREEN_ITEM_SIGNATURE, token);
 }
 
 oGuiData *guiDataOf(const ScreenItem *item) {
-    return item ? objectAs<oGuiData>(item->guiData, GUI_TAG_GUIDATA, GUI_GUIDATA_SIGNATURE)
+    static const uint32_t token = signatureToken(GUI_GUIDATA_SIGNATURE);
+    return item ? objectAs<oGuiData>(item->guiData, GUI_TAG_GUIDATA, GUI_GUIDATA_SIGNATURE, token)
                 : nullptr;
 }
 
-namespace {
 GuiWidgetRecord *asRecord(void *h) {
-    return objectAs<GuiWidgetRecord>(h, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE);
+    static const uint32_t token = signatureToken(GUI_WIDGET_SIGNATURE);
+    return objectAs<GuiWidgetRecord>(h, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE, token);
 }
+
+namespace {
 
 int matchItemId(void *key, void *cookie) {
     auto *item = objectAs<ScreenItem>(cookie, GUI_TAG_SCREEN_ITEM, GUI_SCREEN_ITEM_SIGNATURE);

@@ -18,6 +18,9 @@ ScreenItem *itemOf(void *node);
 /* The item's oGuiData, or null. */
 oGuiData *guiDataOf(const ScreenItem *item);
 
+/* `h` as a widget record, or null when it is none. */
+GuiWidgetRecord *asRecord(void *h);
+
 /* First record of the item's widget list (its outermost widget) and last record (the
 ** widget that shows its value); null when the item has none. */
 GuiWidgetRecord *outerRecord(const ScreenItem *item);
@@ -145,6 +148,7 @@ private:
     void ranksWithin(Widget w, PoolVector<size_t> &ranks) const;
     PoolVector<Parent> parents_; /* in the order of their first queued child */
     PoolHashMap<Widget, size_t> rankOf_;
+    size_t lastRank_ = 0; /* of the parent of the widget queued last */
 };
 
 /* Queues a widget of a plugin screen for the open build batch; manages it at once when
@@ -257,10 +261,9 @@ void buildStackedTabManager(Widget parent, void *node);
 ** record; null for other records and for a record without a control. */
 Widget controlHolder(const GuiWidgetRecord *rec);
 
-/* Appends the record of the item's control (the last one: it shows the value). Teardown
-** destroys the control through it; should the client destroy the widgets first, the
-** control goes with the form that holds its fields (or a combo box's list), and teardown
-** then finds no handle. */
+/* Appends the record of the item's control (the last one: it shows the value). The
+** control goes with the form that holds its fields (or a combo box's list), whether
+** teardown or the client destroys it; teardown ends the controls left after that. */
 void appendControl(oGuiData *gui, GuiWidgetRecord **rec);
 
 /* Destroys the control of a control record (combo, number, date or time input, tab

@@ -26,7 +26,7 @@ char *pageTitle(void *node) {
 ** forgets it, so that teardown finds no handle. Children are destroyed before their
 ** parent, so the holder is gone already and only the record is touched here. */
 void forgetHolder(Widget, XtPointer clientData, XtPointer) {
-    auto *rec = objectAs<GuiWidgetRecord>(clientData, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE);
+    auto *rec = asRecord(clientData);
     if (rec != nullptr && rec->widgetKind == WIDGET_TABS) rec->tabs = nullptr;
 }
 
