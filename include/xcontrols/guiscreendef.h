@@ -347,7 +347,14 @@ XC_API int GuiCreatePlgScreen(Widget parent, void *hScreenDef, int32_t jobId);
 XC_API int GuiUpdatePlgScreen(oScreenDef *pScreen, oUpdateScreen *pUpdate, int32_t perItem);
 
 /* Destroys the widgets of every item (children before parents, each item's widgets last
-** first), then releases the tree and clears `*phScreenDef`. Null pointers do nothing. */
+** first), then releases the tree and clears `*phScreenDef`. Null pointers do nothing.
+** Departure, for speed: the walk traces every record in that order, but Xt destroys each
+** outermost widget with everything it holds in one pass, and a control whose fields lie
+** in such a widget (number, date and time inputs, combo boxes) is ended from within that
+** pass, before any of its widgets is freed: its destroy operation still runs and still
+** destroys each field, which Xt then finds already going. Widgets that share a parent
+** therefore go in Xt's order (each holder's children in turn) rather than control first,
+** labels after. The tab holder, which has no such form, goes before the widgets. */
 XC_API void GuiFreeScreenDefAndWidgets(void *phScreenDef);
 
 /* Releases the tree at `*phScreenDef` and clears it; widgets are not touched. */

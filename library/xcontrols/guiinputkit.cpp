@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 #include <X11/IntrinsicP.h>
 #include <Xm/ArrowB.h>
@@ -79,10 +80,25 @@ void addHooks(const InputHook *hooks, std::size_t count, XtPointer data) {
         XtAddCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, data);
 }
 
+namespace {
+
+/* Whether Xt may still call `hook` on a widget that is going already (being destroyed
+** with something that holds it): Motif moves the focus off a focused field as it goes.
+** The other hooks answer input events, which a going widget never gets again; taking
+** each of them off would cost a lookup of its list's name, a tenth of the widget's
+** whole destroy. */
+bool reachableWhileGoing(const InputHook &hook) {
+    return std::strcmp(hook.callbackName, XmNfocusCallback) == 0 ||
+           std::strcmp(hook.callbackName, XmNlosingFocusCallback) == 0;
+}
+
+} // namespace
+
 void destroyControl(void *record, const InputHook *hooks, std::size_t count,
                     std::initializer_list<Widget> widgets) {
     for (std::size_t i = 0; i < count; ++i)
-        XtRemoveCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, record);
+        if (!hooks[i].widget->core.being_destroyed || reachableWhileGoing(hooks[i]))
+            XtRemoveCallback(hooks[i].widget, hooks[i].callbackName, hooks[i].proc, record);
     for (Widget w : widgets) XtDestroyWidget(w);
     MemFreeInternal(&record);
 }

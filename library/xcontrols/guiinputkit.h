@@ -30,7 +30,9 @@ void addHooks(const std::array<InputHook, N> &hooks, XtPointer data) {
 
 /* The end of a control: takes its hooks off (so that nothing reaches the record while
 ** its widgets are still being destroyed: a focus move, a late disarm), destroys the
-** widgets in the order given and frees the record. */
+** widgets in the order given and frees the record. On a widget that is going already,
+** with a form that holds it, only the focus hooks are taken off: input events no longer
+** reach it. */
 void destroyControl(void *record, const InputHook *hooks, std::size_t count,
                     std::initializer_list<Widget> widgets);
 template <std::size_t N>

@@ -105,6 +105,7 @@ void appendOutermost(const PlainWidgets &widgets, WidgetSet &all, PoolVector<Wid
 ** are used again for the next one: a screen of thousands of items needs no large
 ** block, whose allocation would make malloc consolidate the heap in the middle of it. */
 struct Teardown {
+    void *nextTop = nullptr;             /* the top-level node that the walk meets next */
     PlainWidgets item;                   /* of the top-level item being walked */
     WidgetSet set;                       /* the ancestor checks' scratch, used again per item */
     PoolVector<Widget> alone;            /* to destroy one by one, for every item walked so far */
@@ -112,11 +113,10 @@ struct Teardown {
 };
 
 /* Takes one record down: a plain widget is forgotten by its record (whose destroy
-** callbacks then have nothing to do) and goes after the walk; a control goes once every
-** outermost widget is out of layout. */
+** callbacks then have nothing to do) and goes after the walk; a control is kept for
+** the order of destruction below. */
 int takeRecord(void *ctx, void *element) {
-    auto *rec = objectAs<GuiWidgetRecord>(ListElementItem(element), GUI_TAG_WIDGET,
-                                          GUI_WIDGET_SIGNATURE);
+    auto *rec = asRecord(ListElementItem(element));
     if (rec == nullptr) return 1;
     auto *teardown = static_cast<Teardown *>(ctx);
     trace(103, 0, "Destroy widget of type %ld", static_cast<long>(rec->widgetKind));
@@ -131,9 +131,11 @@ int takeNodeWidgets(void *ctx, void *node) {
         ListWalkBackwards(gui->widgetList, takeRecord, teardown);
         gui->childParent = nullptr;
     }
-    if (!TreeNodeHasParent(node)) {
+    /* Post-order meets the top-level nodes in their order, each after its subtree. */
+    if (node == teardown->nextTop) {
         appendOutermost(teardown->item, teardown->set, teardown->alone);
         teardown->item.clear();
+        TreeNextSibling(&teardown->nextTop, node);
     }
     return 1;
 }
@@ -181,7 +183,9 @@ Widget controlHolder(const GuiWidgetRecord *rec) {
 }
 
 void destroyControlOf(GuiWidgetRecord *rec) {
-    if (Widget holder = controlHolder(rec)) leaveLayout(holder);
+    /* A holder that is going has left every layout already. */
+    Widget holder = controlHolder(rec);
+    if (holder != nullptr && !holder->core.being_destroyed) leaveLayout(holder);
     switch (rec->widgetKind) {
     case WIDGET_COMBO: destroyOnce(rec->combo, GuiDestroyCombo); break;
     case WIDGET_NUMINPUT: destroyOnce(rec->numInput, GuiNumInputDestroy); break;
@@ -204,7 +208,7 @@ Widget dropListOf(const GuiWidgetRecord *rec) {
 ** combo box's list): the control goes with it. The record may already be gone, or its
 ** memory may serve a newer record, whose control then has other widgets. */
 void onControlWidgetDestroyed(Widget w, XtPointer clientData, XtPointer) {
-    auto *rec = objectAs<GuiWidgetRecord>(clientData, GUI_TAG_WIDGET, GUI_WIDGET_SIGNATURE);
+    auto *rec = asRecord(clientData);
     if (rec != nullptr && (controlHolder(rec) == w || dropListOf(rec) == w)) destroyControlOf(rec);
 }
 
@@ -218,21 +222,27 @@ void appendControl(oGuiData *gui, GuiWidgetRecord **rec) {
 }
 
 /* The order of destruction: every outermost widget of the screen leaves its form's
-** layout first, then the controls go (their holder forms now lie outside any layout
-** that could follow an attachment into a destroyed field), then the outermost widgets
-** go, each with everything it holds. */
+** layout first; the controls without a holder form (the tab holder) go; then the
+** outermost widgets go, each with everything it holds. A control whose holder form goes
+** in that pass is ended by the holder's destroy watch: Xt has marked every widget of the
+** pass as going, so the control's own destroys of its fields cost nothing, where one by
+** one they cost a parent's child list and a server request each. A control whose holder
+** outlived the pass goes last. */
 void destroyScreenWidgets(void *tree) {
     forgetShownIndex(tree);
     Teardown teardown;
+    teardown.nextTop = TreeFirstNode(tree);
     TreeWalkPostOrder(tree, takeNodeWidgets, &teardown);
     DropSiteBatch dropSites(teardown.alone.empty() ? nullptr : XtParent(teardown.alone.front()));
     unmanageByParent(teardown.alone);
-    for (GuiWidgetRecord *rec : teardown.controls) destroyControlOf(rec);
+    for (GuiWidgetRecord *rec : teardown.controls)
+        if (controlHolder(rec) == nullptr) destroyControlOf(rec);
     TeardownScope scope(tree);
     for (Widget w : teardown.alone) {
         unmapWidget(w);
         XtDestroyWidget(w);
     }
+    for (GuiWidgetRecord *rec : teardown.controls) destroyControlOf(rec);
 }
 
 } // namespace xc::screen
