@@ -159,11 +159,12 @@ void destroyNow(void *record) {
     xc::destroyControl(input, hooksOf(input), {input->wText, input->wUp, input->wDown});
 }
 
+/* Hides the field's cursor and writes the initial value in one change of resources: the
+** text field redraws and updates its input method at each change. */
 void writeInitial(Widget text, int32_t value) {
-    char *decimal = nullptr;
-    if (!StrFromInteger(&decimal, value)) return;
-    XtVaSetValues(text, XmNvalue, decimal, nullptr);
-    MemFreeInternal(&decimal);
+    char decimal[16];
+    std::snprintf(decimal, sizeof decimal, "%ld", static_cast<long>(value));
+    XtVaSetValues(text, XmNcursorPositionVisible, False, XmNvalue, decimal, nullptr);
 }
 
 } // namespace
@@ -183,7 +184,6 @@ XC_API GuiNumInput *GuiManageNumInput(Widget wText, Widget wUp, Widget wDown, in
     *input = GuiNumInput{wText, wUp, wDown, iMax, iMin, iInitial, iWidth, bWrap,
                          nullptr, nullptr, 0, 0};
 
-    XtVaSetValues(wText, XmNcursorPositionVisible, False, nullptr);
     writeInitial(wText, iInitial);
     xc::addHooks(hooksOf(input), input);
     return input;
