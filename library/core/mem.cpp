@@ -2,6 +2,7 @@
 #include "kxmem.h"
 #include "kxprivate.h"
 #include "kxtrace.h"
+#include "slab.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -52,6 +53,12 @@ bool fitsOneAllocation(size_t headerSize, size_t size) {
     return size <= size_t{PTRDIFF_MAX} - headerSize - sizeof(kx::BlockHeader);
 }
 
+/* The bytes of one allocation: the headers, then the block (one byte at least, so that
+** every block has an address of its own). */
+size_t allocationSize(size_t headerSize, size_t size) {
+    return headerSize + sizeof(kx::BlockHeader) + (size ? size : 1);
+}
+
 /* Reads the block pointer stored at `ppBlock` and clears the variable; null when either
 ** is null. */
 void *takeBlock(void *ppBlock) {
@@ -76,13 +83,13 @@ void *allocateBlock(size_t headerSize, size_t size, uint32_t poolId, BlockKind k
                      poolId);
         return nullptr;
     }
-    void *base = std::malloc(headerSize + sizeof(BlockHeader) + (size ? size : 1));
+    void *base = slabAllocate(allocationSize(headerSize, size));
     if (base == nullptr) return nullptr;
     auto *block = reinterpret_cast<BlockHeader *>(static_cast<char *>(base) + headerSize);
     *block = BlockHeader{size, poolId, kind};
     void *p = block + 1;
     if (!liveBlocks.insert(p)) {
-        std::free(base);
+        slabFree(base, allocationSize(headerSize, size));
         return nullptr;
     }
     pool->liveCount++;
@@ -99,7 +106,7 @@ bool freeBlock(const void *p, size_t headerSize, BlockKind kind) {
     pool->liveBytes -= static_cast<int64_t>(block->size);
     pool->footprint -= static_cast<int64_t>(headerSize + sizeof(BlockHeader) + block->size);
     liveBlocks.erase(p);
-    std::free(reinterpret_cast<char *>(block) - headerSize);
+    slabFree(reinterpret_cast<char *>(block) - headerSize, allocationSize(headerSize, block->size));
     return true;
 }
 

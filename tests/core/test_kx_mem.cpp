@@ -151,4 +151,29 @@ TEST_F(MemTest, TheRegistryKeepsUpWithChurnAndALongListGoesWithoutRecursion) {
     EXPECT_EQ((Values{wrong, ListCount(list)}), (Values{0, kCount / 2}));
     ObjReleaseInternal(&list);
 }
+/* Blocks of every size, small ones from shared chunks and large ones from malloc, each
+** filled with its own byte: freeing half and allocating again must leave every block
+** 16-aligned and whole (a block given out twice, or a wrong size class, overwrites one). */
+TEST_F(MemTest, BlocksOfEverySizeStayAlignedAndApartThroughChurn) {
+    constexpr size_t kCount = 6000;
+    std::mt19937 rng(20261123u);
+    std::vector<unsigned char *> blocks(kCount);
+    std::vector<size_t> sizes(kCount);
+    auto fill = [&](size_t i) {
+        sizes[i] = rng() % 700;
+        blocks[i] = static_cast<unsigned char *>(MemAllocateFromPool(sizes[i], pool()));
+        std::memset(blocks[i], static_cast<int>(i % 251), sizes[i]);
+    };
+    for (size_t i = 0; i < kCount; ++i) fill(i);
+    for (size_t i = 0; i < kCount; i += 2) MemFreeInternal(&blocks[i]);
+    for (size_t i = 0; i < kCount; i += 2) fill(i);
+    int64_t misaligned = 0, overwritten = 0;
+    for (size_t i = 0; i < kCount; ++i) {
+        misaligned += reinterpret_cast<uintptr_t>(blocks[i]) % 16 != 0;
+        overwritten += std::count(blocks[i], blocks[i] + sizes[i], static_cast<unsigned char>(i % 251)) !=
+                       static_cast<std::ptrdiff_t>(sizes[i]);
+        MemFreeInternal(&blocks[i]);
+    }
+    EXPECT_EQ((Values{misaligned, overwritten}), (Values{0, 0}));
+}
 } // namespace
