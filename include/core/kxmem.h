@@ -19,8 +19,8 @@ KX_API uint32_t MemPoolCreate(const char *name);
 ** or the pool id is unknown. A size of 0 gives a valid 1-byte block. The block's
 ** content is undefined. A size that with the runtime's header would exceed PTRDIFF_MAX
 ** (no allocation can be that large) gives null and a trace line. Blocks are 16-aligned.
-** Small blocks (a few hundred bytes with the header) come from the runtime's own chunks,
-** apart from malloc's heap, and a freed one is kept for the next block of its size: the
+** Blocks of up to 64 KiB (with the header) come from the runtime's own chunks, apart
+** from malloc's heap, and a freed one is kept for the next block of its size class: the
 ** chunks are not given back to the system. */
 KX_API void *MemAllocateFromPool(size_t size, uint32_t poolId);
 

@@ -14,10 +14,13 @@ extern "C" void __asan_poison_memory_region(void const volatile *, size_t) __att
 namespace kx {
 namespace {
 
+/* Classes of 16 bytes up to 512, then of powers of two up to a whole chunk. */
 constexpr size_t kGrain = 16;
-constexpr size_t kLargest = 512;
-constexpr size_t kClasses = kLargest / kGrain;
+constexpr size_t kFineLargest = 512;
+constexpr size_t kFineClasses = kFineLargest / kGrain;
 constexpr size_t kChunkBytes = 64 * 1024;
+constexpr size_t kLargest = kChunkBytes;
+constexpr size_t kClasses = kFineClasses + 7; /* 1, 2, 4, ... 64 KiB */
 
 /* A free block of a class, linked through its first word. */
 struct FreeBlock {
@@ -43,13 +46,20 @@ bool underAddressSanitizer() {
 }
 
 size_t classOf(size_t bytes) {
-    return (bytes + kGrain - 1) / kGrain - 1;
+    if (bytes <= kFineLargest) return (bytes + kGrain - 1) / kGrain - 1;
+    size_t c = kFineClasses;
+    for (size_t size = 1024; size < bytes; size *= 2) ++c;
+    return c;
+}
+
+size_t classSize(size_t c) {
+    return c < kFineClasses ? (c + 1) * kGrain : size_t{1024} << (c - kFineClasses);
 }
 
 /* A new block of class `c` from the newest chunk, or from a new one. The rest of a
 ** chunk too short for the block is left unused. */
 void *carve(size_t c) {
-    const size_t size = (c + 1) * kGrain;
+    const size_t size = classSize(c);
     if (static_cast<size_t>(slabs.chunkEnd - slabs.chunkNext) < size) {
         /* Mapped, not from malloc: page-aligned, and no heap block of malloc's that the
         ** blocks inside would overlap in valgrind's view. */
