@@ -81,7 +81,7 @@ int createNode(void *parent, void *node) {
     }
     trace(102, 0, "%s", kind->trace);
     if (kind->build) kind->build(static_cast<Widget>(parent), node);
-    watchWidgets(node);
+    watchWidgets(node, item);
     return 1;
 }
 

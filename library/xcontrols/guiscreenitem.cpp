@@ -38,9 +38,12 @@ int matchItemId(void *key, void *cookie) {
 
 } // namespace
 
-GuiWidgetRecord *outerRecord(const ScreenItem *item) {
-    oGuiData *gui = guiDataOf(item);
+GuiWidgetRecord *outerRecordOf(const oGuiData *gui) {
     return gui ? asRecord(ListFirstItem(gui->widgetList)) : nullptr;
+}
+
+GuiWidgetRecord *outerRecord(const ScreenItem *item) {
+    return outerRecordOf(guiDataOf(item));
 }
 
 GuiWidgetRecord *valueRecord(const ScreenItem *item) {
@@ -234,11 +237,11 @@ bool isWithin(Widget w, Widget ancestor) {
     return false;
 }
 
-void watchWidgets(void *node) {
-    ScreenItem *item = itemOf(node);
+void watchWidgets(void *node, const ScreenItem *item) {
     oGuiData *gui = guiDataOf(item);
     if (gui == nullptr) return;
-    Widget outer = outerWidget(item);
+    const GuiWidgetRecord *first = outerRecordOf(gui);
+    Widget outer = first ? first->widget : nullptr;
     if (outer != nullptr) XtAddCallback(outer, XmNdestroyCallback, forgetSubtreeWidgets, node);
     ListWalk(gui->widgetList, watchRecord, outer);
 }

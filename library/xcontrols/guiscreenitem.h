@@ -24,6 +24,8 @@ GuiWidgetRecord *asRecord(void *h);
 /* First record of the item's widget list (its outermost widget) and last record (the
 ** widget that shows its value); null when the item has none. */
 GuiWidgetRecord *outerRecord(const ScreenItem *item);
+/* The same from the item's GUI data (null: none). */
+GuiWidgetRecord *outerRecordOf(const oGuiData *gui);
 GuiWidgetRecord *valueRecord(const ScreenItem *item);
 Widget outerWidget(const ScreenItem *item);
 
@@ -105,8 +107,8 @@ void addWidget(oGuiData *gui, Widget w);
 ** an item's widget, first), so that nothing reaches a widget that no longer exists. The
 ** item's outer widget takes one callback for the records of the item and of the items
 ** under it whose widgets lie within it; only a widget outside it takes one of its own.
-** Called by the create walk once the node is built. */
-void watchWidgets(void *node);
+** Called by the create walk once the node (whose item is `item`) is built. */
+void watchWidgets(void *node, const ScreenItem *item);
 
 /* While a teardown destroys the widgets of `tree`, whose records it cleared first, the
 ** destroy callbacks of that tree's items have nothing to do and return at once (a
@@ -203,8 +205,9 @@ void destroyScreenWidgets(void *tree);
 ** laid out already and no subtree is laid out twice. */
 int layoutNode(void *index, void *node);
 
-/* Applies `hidden` and `disabled` of an item to its outer widget. */
-void applyVisibility(ScreenItem *item);
+/* Applies `hidden` and `disabled` of an item to its outer widget `outer` (null: nothing
+** to do). */
+void applyVisibility(const ScreenItem *item, Widget outer);
 
 /* Drops the index of `tree` that per-item updates keep (the tree is torn down or freed). */
 void forgetShownIndex(const void *tree);

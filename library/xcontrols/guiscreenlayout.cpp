@@ -179,8 +179,7 @@ void layoutGrid(void *node, const ScreenItem *item, const ItemIndex &index) {
 
 } // namespace
 
-void applyVisibility(ScreenItem *item) {
-    Widget outer = outerWidget(item);
+void applyVisibility(const ScreenItem *item, Widget outer) {
     if (outer == nullptr) return;
     if (item->hidden == 1) unmapWidget(outer);
     else mapWidget(outer);
@@ -192,7 +191,7 @@ int layoutNode(void *index, void *node) {
     if (item == nullptr) return 1;
     if (Widget outer = outerWidget(item)) {
         applyAttachments(*static_cast<const ItemIndex *>(index), item, outer);
-        applyVisibility(item);
+        applyVisibility(item, outer);
     }
     if (item->itemType == RowColManager) layoutGrid(node, item, *static_cast<const ItemIndex *>(index));
     return 1;

@@ -65,10 +65,11 @@ const UpdateKind *updateKindOf(uint32_t type) {
 
 /* The update item's flags become the shown item's, on the record and the widget. */
 void applyFlags(ScreenItem *shown, const ScreenItem *patch) {
-    if (outerWidget(shown) == nullptr) return;
+    Widget outer = outerWidget(shown);
+    if (outer == nullptr) return;
     shown->hidden = patch->hidden == 1 ? 1 : 0;
     shown->disabled = patch->disabled == 1 ? 1 : 0;
-    applyVisibility(shown);
+    applyVisibility(shown, outer);
 }
 
 } // namespace
