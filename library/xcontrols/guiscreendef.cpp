@@ -72,15 +72,23 @@ int releaseGuiData(void *stale, void *node) {
     return 1;
 }
 
-int createNode(void *parent, void *node) {
+/* The create walk builds into `parent` and fills the index for the layout pass. */
+struct CreateWalk {
+    Widget parent;
+    ItemIndex *index;
+};
+
+int createNode(void *ctx, void *node) {
+    const auto *walk = static_cast<const CreateWalk *>(ctx);
     ScreenItem *item = itemOf(node);
+    if (item != nullptr) walk->index->add(node, item);
     const ItemKind *kind = item ? kindOf(item->itemType) : nullptr;
     if (kind == nullptr) {
         trace(101, 1, "unknown screen item");
         return 1;
     }
     trace(102, 0, "%s", kind->trace);
-    if (kind->build) kind->build(static_cast<Widget>(parent), node);
+    if (kind->build) kind->build(walk->parent, node);
     watchWidgets(node, item);
     return 1;
 }
@@ -109,8 +117,10 @@ void callClose(int32_t jobId) {
 void buildScreen(Widget parent, void *tree) {
     DropSiteBatch dropSites(parent);
     BuildBatch batch;
-    TreeWalk(tree, createNode, parent, 0);
-    ItemIndex index(tree);
+    ItemIndex index(tree, ItemIndex::FilledByCaller{});
+    CreateWalk walk{parent, &index};
+    TreeWalk(tree, createNode, &walk, 0);
+    index.finish();
     TreeWalkPostOrder(tree, layoutNode, &index);
     batch.finish();
 }

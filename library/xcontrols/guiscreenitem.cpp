@@ -81,6 +81,10 @@ constexpr uint64_t kRankStep = uint64_t{1} << 32;
 
 ItemIndex::ItemIndex(void *tree) : tree_(tree) {
     TreeWalk(tree, indexItem, this, 0);
+    finish();
+}
+
+void ItemIndex::finish() {
     std::stable_sort(items_.begin(), items_.end(),
                      [](const Entry &a, const Entry &b) { return a.id < b.id; });
 }

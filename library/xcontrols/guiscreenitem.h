@@ -53,6 +53,14 @@ ScreenItem *findItem(void *tree, int32_t itemId);
 class ItemIndex {
 public:
     explicit ItemIndex(void *tree);
+    /* An empty index of `tree` for the caller's own pre-order walk to fill (add for each
+    ** node that has an item), which then calls finish: the create walk fills it, so that
+    ** the items are not read once more from memory that the widgets have pushed out of
+    ** the caches. */
+    struct FilledByCaller {};
+    ItemIndex(void *tree, FilledByCaller) : tree_(tree) {}
+    /* Orders what was added by id; searches are answered only after it. */
+    void finish();
     void *tree() const { return tree_; }
     ScreenItem *find(int32_t itemId) const;
     void *findNode(int32_t itemId) const;
