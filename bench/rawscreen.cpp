@@ -110,9 +110,7 @@ public:
         switch (part.kind) {
         case Kind::GroupBox: return groupBox(where, part);
         case Kind::Grid: return grid(where, part);
-        case Kind::Label:
-            return outer(Args().add(XmNalignment, XmALIGNMENT_BEGINNING).add(XmNlabelString, res_.text("Label text"))
-                             .create("label", xmLabelWidgetClass, where));
+        case Kind::Label: return label(where);
         case Kind::Edit: return outer(textArgs(40, 20, 1).add(XmNvalue, "text").create("text", xmTextWidgetClass, where));
         case Kind::MultiLineEdit: return multiLineEdit(where);
         case Kind::Combo: return combo(where);
@@ -133,6 +131,16 @@ private:
     Widget outer(Widget w) {
         outers_.push_back(w);
         return w;
+    }
+
+    /* A label's text is its own: its string is made for it and freed at once. */
+    Widget label(Widget where) {
+        const std::string text = labelText(++labels_);
+        XmString s = XmStringCreateLtoR(const_cast<char *>(text.c_str()), const_cast<char *>(XmSTRING_DEFAULT_CHARSET));
+        Widget w = Args().add(XmNalignment, XmALIGNMENT_BEGINNING).add(XmNlabelString, s)
+                       .create("label", xmLabelWidgetClass, where);
+        XmStringFree(s);
+        return outer(w);
     }
 
     Widget groupBox(Widget where, const Part &part) {
@@ -297,6 +305,7 @@ private:
 
     Resources res_;
     std::vector<Widget> &outers_;
+    int labels_ = 0; /* labels built so far */
 };
 
 } // namespace

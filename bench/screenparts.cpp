@@ -46,11 +46,11 @@ private:
         return Label;
     }
 
-    static void *dataOf(Kind kind) {
+    void *dataOf(Kind kind) {
         switch (kind) {
         case Kind::GroupBox: return xt::groupBoxData("Block");
         case Kind::Grid: return xt::rowColData(2);
-        case Kind::Label: return xt::labelData("Label text");
+        case Kind::Label: return xt::labelData(labelText(++labels_).c_str());
         case Kind::Edit: return xt::editBoxData(40, 20, 1, "text");
         case Kind::MultiLineEdit: return xt::editBoxData(200, 30, 3);
         case Kind::Combo: return xt::comboBoxData(1, 0);
@@ -78,9 +78,14 @@ private:
 
     xt::Screen &screen_;
     int32_t next_ = 1;
+    int labels_ = 0;
 };
 
 } // namespace
+
+std::string labelText(int ordinal) {
+    return "Label text " + std::to_string(ordinal);
+}
 
 std::string entryText(Kind kind, int index) {
     return (kind == Kind::Radio ? "Radio " : "Choice ") + std::to_string(index + 1);

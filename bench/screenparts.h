@@ -27,6 +27,11 @@ struct Part {
 int entryCount(Kind kind);
 std::string entryText(Kind kind, int index);
 
+/* The text of the screen's `ordinal`th label (from 1, in the order of the definition):
+** every label has its own, as on a real screen, so that no client can make one compound
+** string serve them all. */
+std::string labelText(int ordinal);
+
 /* The number of screen items a part defines, entries and radio buttons included. */
 int itemCount(const Part &part);
 
