@@ -5,7 +5,17 @@
 #include <cstdlib>
 #include <sys/mman.h>
 
+/* Valgrind's requests are a few instructions that do nothing outside valgrind; without
+** its headers there is nobody to tell. */
+#if __has_include(<valgrind/memcheck.h>)
 #include <valgrind/memcheck.h>
+#else
+#define VALGRIND_MAKE_MEM_NOACCESS(p, n) ((void)(p), (void)(n))
+#define VALGRIND_MAKE_MEM_UNDEFINED(p, n) ((void)(p), (void)(n))
+#define VALGRIND_MAKE_MEM_DEFINED(p, n) ((void)(p), (void)(n))
+#define VALGRIND_MALLOCLIKE_BLOCK(p, n, redzone, zeroed) ((void)(p), (void)(n))
+#define VALGRIND_FREELIKE_BLOCK(p, redzone) ((void)(p))
+#endif
 
 /* Defined when AddressSanitizer's runtime is in the process (a client built with it may
 ** load this library unsanitized). */
